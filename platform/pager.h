@@ -1,7 +1,5 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <cstdio>
 #include <string>
 
@@ -13,14 +11,14 @@ public:
     ShellPager(const ShellPager&) = delete;
     ShellPager& operator=(const ShellPager&) = delete;
 
-    // The stream that the pager shows, owned by it; null when it can't be started.
+    // The stream that takes the text, owned by the pager; null when there is none. Writing to it never
+    // waits for the administrator.
     [[nodiscard]] std::FILE* open();
     // Copies a file to the open pager. False when the file can't be read.
     bool print_file(const std::string& path);
-    // Ends the text and waits until the administrator has left the pager.
+    // Ends the text, shows it, and waits until the administrator has left the pager.
     void wait();
 
 private:
     std::FILE* stream_ = nullptr;
-    pid_t pager_ = 0;
 };

@@ -1,0 +1,66 @@
+#include "platform/console.h"
+
+#include "text.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <strings.h>
+
+namespace {
+
+void print_line(std::FILE* stream, const char* format, std::va_list arguments) {
+    std::string text = reference::format_text(format, arguments);
+    if (text.empty() || text.back() != '\n')
+        text += '\n';
+    std::cout.flush();
+    // Both streams may be one terminal or file, and standard output alone has a buffer.
+    if (stream != stdout)
+        std::fflush(stdout);
+    std::fwrite(text.data(), 1, text.size(), stream);
+}
+
+std::string read_answer() {
+    char* line = nullptr;
+    std::size_t size = 0;
+    const auto length = ::getline(&line, &size, stdin);
+    const std::unique_ptr<char, void (*)(void*)> owner(line, std::free);
+    return length > 0 ? std::string(reference::trim({line, static_cast<std::size_t>(length)}))
+                      : std::string();
+}
+
+} // namespace
+
+void shell_print_error(const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    print_line(stderr, format, arguments);
+    va_end(arguments);
+}
+
+void shell_print_warning(const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    print_line(stderr, format, arguments);
+    va_end(arguments);
+}
+
+void shell_print_info(const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    print_line(stdout, format, arguments);
+    va_end(arguments);
+}
+
+int shell_get_user_confirmation(const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    const std::string question = reference::format_text(format, arguments) + " [y/N] ";
+    va_end(arguments);
+    std::cout.flush();
+    std::fwrite(question.data(), 1, question.size(), stdout);
+    std::fflush(stdout);
+    const std::string answer = read_answer();
+    return ::strcasecmp(answer.c_str(), "y") == 0 || ::strcasecmp(answer.c_str(), "yes") == 0;
+}

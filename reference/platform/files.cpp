@@ -1,0 +1,64 @@
+#include "files.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace reference {
+
+void Descriptor::reset() {
+    if (number_ >= 0)
+        ::close(std::exchange(number_, -1));
+}
+
+Descriptor open_regular(const std::string& path) {
+    Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status {};
+    if (!file.is_open() || ::fstat(file.get(), &status) != 0)
+        return Descriptor();
+    if (!S_ISREG(status.st_mode)) {
+        file.reset();
+        errno = EINVAL;
+    }
+    return file;
+}
+
+long read_some(int descriptor, char* buffer, std::size_t size) {
+    for (;;) {
+        const ssize_t count = ::read(descriptor, buffer, size);
+        if (count >= 0 || errno != EINTR)
+            return count;
+    }
+}
+
+bool write_all(int descriptor, std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t count = ::write(descriptor, text.data(), text.size());
+        if (count > 0)
+            text.remove_prefix(static_cast<std::size_t>(count));
+        else if (count < 0 && errno != EINTR)
+            return false;
+    }
+    return true;
+}
+
+int read_text(const std::string& path, std::size_t limit, std::string& text) {
+    const Descriptor file = open_regular(path);
+    if (!file.is_open())
+        return errno;
+    std::string content;
+    char buffer[16384];
+    long count = 0;
+    while ((count = read_some(file.get(), buffer, sizeof buffer)) > 0) {
+        content.append(buffer, static_cast<std::size_t>(count));
+        if (content.size() > limit)
+            return EFBIG;
+    }
+    if (count < 0)
+        return errno;
+    text = std::move(content);
+    return 0;
+}
+
+} // namespace reference

@@ -1,0 +1,119 @@
+#include "platform/locks.h"
+
+#include "platform/log.h"
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/file.h>
+#include <system_error>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+
+namespace {
+
+constexpr std::chrono::milliseconds poll_interval{10};
+
+int open_lock_file(const std::string& path) {
+    constexpr int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    int descriptor = ::open(path.c_str(), flags, 0600);
+    if (descriptor < 0 && errno == ENOENT) {
+        std::error_code error; // the second open tells why
+        std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
+        descriptor = ::open(path.c_str(), flags, 0600);
+    }
+    if (descriptor < 0)
+        shell_log_error("%s: failed to open lock file: %s", path.c_str(), std::strerror(errno));
+    return descriptor;
+}
+
+} // namespace
+
+namespace lock_tool {
+
+FileLock::FileLock(std::string path) : path_(std::move(path)) {}
+
+FileLock::~FileLock() {
+    Release();
+}
+
+bool FileLock::AcquireShared(long timeout, bool wait) {
+    return Acquire(LOCK_SH, timeout, wait);
+}
+
+bool FileLock::AcquireExclusive(long timeout, bool wait) {
+    return Acquire(LOCK_EX, timeout, wait);
+}
+
+void FileLock::Release() {
+    if (descriptor_ >= 0)
+        ::close(std::exchange(descriptor_, -1));
+}
+
+bool FileLock::Acquire(int operation, long timeout, bool wait) {
+    using Clock = std::chrono::steady_clock;
+    Release();
+    descriptor_ = open_lock_file(path_);
+    if (descriptor_ < 0)
+        return false;
+    const auto start = Clock::now();
+    const std::chrono::seconds patience(wait ? timeout : 0);
+    while (::flock(descriptor_, operation | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK && errno != EINTR)
+            shell_log_error("%s: failed to lock: %s", path_.c_str(), std::strerror(errno));
+        else if (Clock::now() - start < patience) {
+            std::this_thread::sleep_for(poll_interval);
+            continue;
+        }
+        Release();
+        return false;
+    }
+    return true;
+}
+
+} // namespace lock_tool
+
+namespace POSIX_File {
+
+namespace {
+
+// The lock belongs to the open file description: a plain record lock would be lost as soon as the process
+// closed any other descriptor of the file.
+bool set_lock(int descriptor, short type, int command) {
+    struct flock lock {};
+    lock.l_type = type;
+    lock.l_whence = SEEK_SET;
+    int result = 0;
+    do
+        result = ::fcntl(descriptor, command, &lock);
+    while (result != 0 && errno == EINTR);
+    return result == 0;
+}
+
+} // namespace
+
+SoftLock::SoftLock(int descriptor, short type, bool lock_now) : descriptor_(descriptor) {
+    if (lock_now)
+        held_ = set_lock(descriptor_, type, F_OFD_SETLK);
+}
+
+SoftLock::~SoftLock() {
+    Unlock();
+}
+
+bool SoftLock::Lock(short type, bool wait) {
+    // A refused change of a held lock leaves the lock as it was.
+    const bool granted = set_lock(descriptor_, type, wait ? F_OFD_SETLKW : F_OFD_SETLK);
+    held_ = held_ || granted;
+    return granted;
+}
+
+void SoftLock::Unlock() {
+    if (std::exchange(held_, false))
+        set_lock(descriptor_, F_UNLCK, F_OFD_SETLK);
+}
+
+} // namespace POSIX_File

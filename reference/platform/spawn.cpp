@@ -1,0 +1,141 @@
+#include "spawn.h"
+
+#include "files.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
+#include <iostream>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace reference {
+
+namespace {
+
+// How we take signals while a program runs in the foreground; the program itself takes them as we did.
+class ForegroundSignals {
+public:
+    ForegroundSignals() {
+        for (Entry& entry : entries_) {
+            struct sigaction action {};
+            action.sa_handler = entry.handler;
+            ::sigaction(entry.signal, &action, &entry.previous);
+        }
+    }
+    ~ForegroundSignals() {
+        for (const Entry& entry : entries_)
+            ::sigaction(entry.signal, &entry.previous, nullptr);
+    }
+    ForegroundSignals(const ForegroundSignals&) = delete;
+    ForegroundSignals& operator=(const ForegroundSignals&) = delete;
+
+    // Those that the program must not find ignored.
+    sigset_t defaults() const {
+        sigset_t set;
+        sigemptyset(&set);
+        for (const Entry& entry : entries_)
+            if (entry.previous.sa_handler != SIG_IGN)
+                sigaddset(&set, entry.signal);
+        return set;
+    }
+
+private:
+    struct Entry {
+        int signal;
+        void (*handler)(int);
+        struct sigaction previous {};
+    };
+    // Where children are ignored or reaped by a handler, their status would be lost.
+    Entry entries_[3] = {{SIGINT, SIG_IGN}, {SIGQUIT, SIG_IGN}, {SIGCHLD, SIG_DFL}};
+};
+
+// The C library's two objects that tell posix_spawn(3) what to do.
+struct SpawnPlan {
+    posix_spawn_file_actions_t actions;
+    posix_spawnattr_t attributes;
+
+    SpawnPlan(const Streams& streams, const ForegroundSignals& signals) {
+        posix_spawn_file_actions_init(&actions);
+        posix_spawnattr_init(&attributes);
+        const int wanted[] = {streams.input, streams.output, streams.errors};
+        for (int stream = 0; stream < 3; ++stream)
+            if (wanted[stream] >= 0)
+                posix_spawn_file_actions_adddup2(&actions, wanted[stream], stream);
+        const sigset_t defaults = signals.defaults();
+        posix_spawnattr_setsigdefault(&attributes, &defaults);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+    }
+    ~SpawnPlan() {
+        posix_spawn_file_actions_destroy(&actions);
+        posix_spawnattr_destroy(&attributes);
+    }
+    SpawnPlan(const SpawnPlan&) = delete;
+    SpawnPlan& operator=(const SpawnPlan&) = delete;
+};
+
+// -1 with errno when the program can't be started.
+pid_t start(const std::vector<std::string>& arguments, const Streams& streams,
+            const ForegroundSignals& signals) {
+    std::vector<char*> vector;
+    for (const std::string& argument : arguments)
+        vector.push_back(const_cast<char*>(argument.c_str()));
+    vector.push_back(nullptr);
+    std::cout.flush();
+    std::fflush(nullptr);
+    if (arguments.empty()) {
+        errno = EINVAL;
+        return -1;
+    }
+    const SpawnPlan plan(streams, signals);
+    pid_t pid = -1;
+    const int error =
+        ::posix_spawnp(&pid, vector[0], &plan.actions, &plan.attributes, vector.data(), environ);
+    errno = error;
+    return error == 0 ? pid : -1;
+}
+
+int wait_for(pid_t pid) {
+    int status = -1;
+    while (::waitpid(pid, &status, 0) < 0)
+        if (errno != EINTR)
+            return -1;
+    return status;
+}
+
+} // namespace
+
+int run_program(const std::vector<std::string>& arguments, const Streams& streams) {
+    const ForegroundSignals signals;
+    const pid_t pid = start(arguments, streams, signals);
+    return pid < 0 ? -1 : wait_for(pid);
+}
+
+int collect_program(const std::vector<std::string>& arguments, Streams streams, std::string& output) {
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC) != 0)
+        return -1;
+    const Descriptor reader(ends[0]);
+    Descriptor writer(ends[1]);
+    streams.output = writer.get();
+
+    const ForegroundSignals signals;
+    const pid_t pid = start(arguments, streams, signals);
+    if (pid < 0)
+        return -1;
+    writer.reset();
+    char buffer[16384];
+    for (long count = 0; (count = read_some(reader.get(), buffer, sizeof buffer)) > 0;)
+        output.append(buffer, static_cast<std::size_t>(count));
+    return wait_for(pid);
+}
+
+int exit_status(int wait_status) {
+    if (wait_status == -1)
+        return 127;
+    return WIFSIGNALED(wait_status) ? 128 + WTERMSIG(wait_status) : WEXITSTATUS(wait_status);
+}
+
+} // namespace reference
