@@ -1,0 +1,63 @@
+#pragma once
+
+#include <iosfwd>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace corvanshell {
+
+// A record of settings kept in a key-value text file:
+//
+//     HOSTNAME<tab>zq100
+//     NTP<tab>on
+//     whatever nobody claims
+//
+// One entry a line: a key, blanks or tabs, a value and possibly further words. There are no comments, quotes
+// or sections. A value that starts with "on" or "off" is a flag; a line that nobody claims is written back as
+// it was. A file that can't be opened reads as empty.
+class BasicConfStruct {
+public:
+    // With `check` the file is a guarded system file: it is read only when its guard agrees, and writing it
+    // renews the guard. Reading is the derived constructor's step, behind its defaults.
+    BasicConfStruct(std::string path, bool check);
+    virtual ~BasicConfStruct() = default;
+
+    // True when the record is written; a failure is in the log.
+    [[nodiscard]] virtual bool Write() = 0;
+    // False when the flag may not be set so.
+    virtual bool SetFlag(const char* name, bool on);
+    // False for an unknown flag, which is not added.
+    virtual bool GetFlag(const char* name) const;
+
+    void Read();
+
+protected:
+    using Words = std::vector<std::string>;
+
+    // True when the class claims the key.
+    virtual bool ParseValue(const std::string& key, const std::string& value) = 0;
+    // Second chance, with the whole line and the words behind the value.
+    virtual bool ParseLine(const std::string& line, const std::string& key, const std::string& value,
+                           const Words& tokens) = 0;
+    virtual void WriteFlags(std::ostream& output) const;
+    virtual void WriteLines(std::ostream& output) const;
+    virtual void ReadFile(const std::string& path);
+    virtual std::string Join(const std::set<std::string>& texts, char separator) const;
+
+    // Renews this file's part of the shared guard, when the record is a guarded one.
+    bool UpdateGuard() const;
+
+    std::string path;
+    bool check;
+    std::vector<std::string> lines;
+    std::map<std::string, bool> flags;
+
+private:
+    void ParseEntry(const std::string& line);
+    void WaitForLockFile() const;
+    std::string ReadablePath() const;
+};
+
+} // namespace corvanshell

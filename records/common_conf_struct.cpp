@@ -1,0 +1,105 @@
+#include "records/common_conf_struct.h"
+
+#include "platform/locks.h"
+#include "platform/log.h"
+#include "platform/path_list.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <unistd.h>
+
+namespace corvanshell {
+namespace {
+
+constexpr const char* kSessionTimeout = "SESSION_TIMEOUT";
+constexpr const char* kMaxRemoteSessions = "MAX_REMOTE_SESSIONS";
+constexpr const char* kFlags[] = {
+    "HTTPPROXY", "DNS", "NTP", "DHCP_RELAY", "DHCP_SERVER", "VPN_PERFMODE_SINGLE", "REBOOTSCHEDULE",
+};
+
+constexpr int kLockTries = 50;
+constexpr useconds_t kLockPause = 100000; // microseconds
+
+class Descriptor {
+public:
+    explicit Descriptor(int number) : number_(number) {}
+    ~Descriptor() {
+        if (number_ >= 0)
+            close(number_);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int Number() const { return number_; }
+
+private:
+    int number_;
+};
+
+bool LockPatiently(POSIX_File::SoftLock& lock) {
+    for (int i = 0; i < kLockTries; ++i) {
+        if (lock.Lock(F_WRLCK, false))
+            return true;
+        usleep(kLockPause);
+    }
+    return false;
+}
+
+} // namespace
+
+CommonConfStruct::CommonConfStruct() : BasicConfStruct(path_list::common_settings, true) {
+    for (const char* flag : kFlags)
+        SetFlag(flag, false);
+    Read();
+}
+
+bool CommonConfStruct::ParseValue(const std::string& key, const std::string& value) {
+    if (key == kSessionTimeout)
+        session_timeout = std::strtoul(value.c_str(), nullptr, 10);
+    else if (key == kMaxRemoteSessions)
+        max_remote_sessions = std::strtoul(value.c_str(), nullptr, 10);
+    else
+        return false;
+    return true;
+}
+
+bool CommonConfStruct::ParseLine(const std::string& /*line*/, const std::string& /*key*/,
+                                 const std::string& /*value*/, const Words& /*tokens*/) {
+    return false;
+}
+
+bool CommonConfStruct::Write() {
+    const Descriptor file(open(path_list::common_settings.c_str(), O_WRONLY | O_CLOEXEC));
+    if (file.Number() < 0) {
+        shell_log_error("%s: failed to open: %s", path_list::common_settings.c_str(), std::strerror(errno));
+        return false;
+    }
+    POSIX_File::SoftLock soft_lock(file.Number(), F_WRLCK, false);
+    if (!LockPatiently(soft_lock)) {
+        shell_log_error("cannot set write lock on %s", path_list::common_settings.c_str());
+        return false;
+    }
+    return WriteUnderSettingsLock();
+}
+
+bool CommonConfStruct::WriteUnderSettingsLock() {
+    lock_tool::FileLock lock(path_list::settings_lock);
+    if (!lock.AcquireExclusive(settings_lock_timeout, true)) {
+        shell_log_warning("config is locked by another process, please try again");
+        return false;
+    }
+    std::ofstream output(path, std::ios::trunc);
+    output << kSessionTimeout << '\t' << session_timeout << '\n';
+    output << kMaxRemoteSessions << '\t' << max_remote_sessions << '\n';
+    WriteFlags(output);
+    WriteLines(output);
+    output.close();
+    const bool written = static_cast<bool>(output);
+    if (!written)
+        shell_log_error("%s: failed to write: %s", path.c_str(), std::strerror(errno));
+    return UpdateGuard() && written;
+}
+
+} // namespace corvanshell

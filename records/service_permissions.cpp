@@ -1,0 +1,53 @@
+#include "records/service_permissions.h"
+
+#include "front/probes/cluster.h"
+#include "platform/log.h"
+#include "platform/network.h"
+
+#include <fstream>
+#include <iostream>
+#include <libintl.h>
+
+namespace corvanshell {
+namespace {
+
+constexpr const char* kSingleOnlyList = "/etc/single_only";
+constexpr const char* kMultiDiskOnlyList = "/etc/multi_disk_only";
+
+bool Refuse(const std::string& text) {
+    shell_log_info("%s", text.c_str());
+    std::cout << text << std::endl;
+    return false;
+}
+
+} // namespace
+
+void ReadRestrictedList(std::set<std::string>& services, const std::string& path) {
+    services.clear();
+    std::ifstream input(path);
+    if (!input) {
+        shell_log_warning(gettext("Failed to open restricted services list file: '%s'"), path.c_str());
+        return;
+    }
+    std::string line;
+    while (std::getline(input, line)) {
+        line.resize(std::min(line.find(','), line.size()));
+        if (!line.empty())
+            services.insert(line);
+    }
+}
+
+void ReadRestrictions(ServiceRestrictions& restrictions) {
+    ReadRestrictedList(restrictions.single_only, kSingleOnlyList);
+    ReadRestrictedList(restrictions.multi_disk_only, kMultiDiskOnlyList);
+}
+
+bool IsServicePermitted(const ServiceRestrictions& restrictions, const std::string& service) {
+    if (GetClusterMode() != 0 && restrictions.single_only.contains(service))
+        return Refuse(gettext("Can't turn on ") + service + gettext(" service in cluster mode"));
+    if (restrictions.multi_disk_only.contains(service) && !is_service_licensed(service))
+        return Refuse(gettext("Your appliance is not allowed to run this service."));
+    return true;
+}
+
+} // namespace corvanshell

@@ -1,0 +1,117 @@
+#include "units/dhcp_relay/lookup.h"
+
+#include "front/unit_query.h"
+#include "platform/console.h"
+#include "platform/processes.h"
+
+#include <initializer_list>
+#include <set>
+
+namespace settings::dhcp_relay {
+namespace {
+
+constexpr const char* kListenInterfaces = "/unit/dhcp-relay[@id]/interface[@type = 'listen' and text()]";
+constexpr const char* kServerInterfaces =
+    "/unit/dhcp-relay[@id]/server[@id and @interface and text()]/@interface";
+
+std::string GetRelayServer(const std::string& id, const char* server_id, const std::string& interface) {
+    File file(kDhcpRelayUnit, "");
+    if (!IsLiteral(id) || !IsLiteral(interface) || !file.Load())
+        return "";
+    return file.GetText("/unit/dhcp-relay[@id = '%s']/server[@id = '%s' and @interface = '%s' and text()]",
+                        id.c_str(), server_id, interface.c_str());
+}
+
+std::vector<std::string> ListTexts(std::initializer_list<const char*> paths) {
+    File file(kDhcpRelayUnit, "");
+    if (!file.Load())
+        return {};
+    std::set<std::string> texts;
+    for (const char* path : paths) {
+        const NodeSet nodes = file.Select("%s", path);
+        for (std::size_t i = 0; i < nodes.Size(); ++i)
+            texts.insert(nodes.At(i).GetText());
+    }
+    return {texts.begin(), texts.end()};
+}
+
+} // namespace
+
+const char* ServerRole(const std::string& server_id) {
+    return server_id == kExternalServer ? "external" : "backup";
+}
+
+bool IsDhcpRelayRunning(const std::string& id) {
+    const pid_t pid = read_pid((std::string(kDhcpRelayUnit) + "-" + id).c_str(), true);
+    return pid > 0 && check_pid(pid);
+}
+
+bool IsChangePermitted(const std::string& id) {
+    if (!IsDhcpRelayRunning(id))
+        return true;
+    shell_print_error("DHCP relay %s: prohibited to change configuration while daemon is running",
+                      id.c_str());
+    return false;
+}
+
+std::string FindRelayByInterface(const std::string& name) {
+    File file(kDhcpRelayUnit, "");
+    return file.Load() ? FindRelayByInterface(file, name) : "";
+}
+
+std::string FindRelayByInterface(const File& file, const std::string& name) {
+    Node found = FindListenInterface(file, name);
+    if (!found)
+        found = FindServerInterface(file, name);
+    return found.Parent().GetAttr("id");
+}
+
+std::string GetRelayExternalServer(const std::string& id, const std::string& interface) {
+    return GetRelayServer(id, kExternalServer, interface);
+}
+
+std::string GetRelayBackupServer(const std::string& id, const std::string& interface) {
+    return GetRelayServer(id, kBackupServer, interface);
+}
+
+std::vector<std::string> ListRelayInterfaces() {
+    return ListTexts({kListenInterfaces, kServerInterfaces});
+}
+
+std::vector<std::string> ListRelayListenInterfaces() {
+    return ListTexts({kListenInterfaces});
+}
+
+std::vector<std::string> ListRelayExternalInterfaces() {
+    return ListTexts({kServerInterfaces});
+}
+
+Node FindListenInterface(const File& file, const std::string& interface) {
+    if (!IsLiteral(interface))
+        return {};
+    return file.SelectFirst("/unit/dhcp-relay[@id]/interface[@type = 'listen' and text() = '%s']",
+                            interface.c_str());
+}
+
+Node FindServerInterface(const File& file, const std::string& interface) {
+    if (!IsLiteral(interface))
+        return {};
+    return file.SelectFirst("/unit/dhcp-relay[@id]/server[@id and @interface = '%s' and text()]",
+                            interface.c_str());
+}
+
+Node FindRelay(const File& file, const std::string& id) {
+    return IsLiteral(id) ? file.SelectFirst("/unit/dhcp-relay[@id = '%s']", id.c_str()) : Node();
+}
+
+Node FindOrCreateRelay(const File& file, const std::string& id) {
+    const Node found = FindRelay(file, id);
+    return found ? found : file.Root().AddChild("dhcp-relay").NewAttr("id", "%s", id.c_str());
+}
+
+bool RemoveFromRelay(Node node) {
+    Node relay = node.Parent();
+    return node.Remove() && (relay.FirstChild() || relay.Remove());
+}
+
+} // namespace settings::dhcp_relay

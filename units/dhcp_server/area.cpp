@@ -1,0 +1,111 @@
+#include "units/dhcp_server/area.h"
+
+#include "platform/console.h"
+#include "settings/text.h"
+
+#include <cstdarg>
+#include <cstdio>
+
+namespace settings::dhcp_server {
+namespace {
+
+// The expressions that define what an area is; each takes a path that begins with "/", or nothing.
+constexpr char kUnit[] = "/unit%s";
+constexpr char kLocalSubnet[] =
+    "/unit/subnet[@address and @netmask and child::interface[@type = 'listen' and "
+    "text() = '%s']]%s";
+constexpr char kRemoteSubnet[] = "/unit/subnet[@address = '%s' and @netmask = '%s' and "
+                                 "child::interface[@type = 'relay']]%s";
+constexpr char kHost[] = "/unit/subnet/host[@name = '%s']%s";
+
+const char* OrNothing(const char* tail) {
+    return tail != nullptr ? tail : "";
+}
+
+NodeSet SelectTail(const Area& area, const File& file, const char* format, va_list arguments) {
+    char tail[kTextSize] = "/";
+    std::vsnprintf(tail + 1, sizeof tail - 1, format, arguments);
+    if (area.BoundNode())
+        return file.SelectFrom(area.BoundNode(), "%s", tail + 1);
+    return area.Select(file, tail);
+}
+
+} // namespace
+
+Area::Area(std::string name) : Area(std::move(name), "DHCP server: %s: corrupted settings file") {}
+
+Area::Area(std::string name, const char* missing) : name_(std::move(name)), missing_(missing) {}
+
+void Area::Bind(Node node, SubnetView* view) {
+    node_ = node;
+    view_ = view;
+}
+
+Node Area::GetNode(const File& file) const {
+    const Node node = FirstIn(*this, file);
+    if (!node) {
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+        shell_print_error(missing_, name_.c_str());
+#pragma GCC diagnostic pop
+    }
+    return node;
+}
+
+NodeSet Area::Select(const File& file, const char* tail) const {
+    return file.Select(kUnit, OrNothing(tail));
+}
+
+LocalSubnet::LocalSubnet(const std::string& interface)
+    : Subnet(interface, "DHCP server: %s: listen interface is not in use"), interface_(interface) {}
+
+NodeSet LocalSubnet::Select(const File& file, const char* tail) const {
+    if (!IsLiteral(interface_))
+        return {};
+    return file.Select(kLocalSubnet, interface_.c_str(), OrNothing(tail));
+}
+
+RemoteSubnet::RemoteSubnet(const std::string& address, const std::string& netmask)
+    : Subnet(address + "/" + netmask, "DHCP server: %s: no such remote subnet"), address_(address),
+      netmask_(netmask) {}
+
+NodeSet RemoteSubnet::Select(const File& file, const char* tail) const {
+    if (!IsLiteral(address_) || !IsLiteral(netmask_))
+        return {};
+    return file.Select(kRemoteSubnet, address_.c_str(), netmask_.c_str(), OrNothing(tail));
+}
+
+Host::Host(const std::string& host_name)
+    : Network(host_name, "DHCP server: %s: no such host"), host_name_(host_name) {}
+
+NodeSet Host::Select(const File& file, const char* tail) const {
+    if (!IsLiteral(host_name_))
+        return {};
+    return file.Select(kHost, host_name_.c_str(), OrNothing(tail));
+}
+
+NodeSet SelectIn(const Area& area, const File& file, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    NodeSet result = SelectTail(area, file, format, arguments);
+    va_end(arguments);
+    return result;
+}
+
+Node FirstIn(const Area& area, const File& file, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    const Node result = SelectTail(area, file, format, arguments).At(0);
+    va_end(arguments);
+    return result;
+}
+
+NodeSet SelectIn(const Area& area, const File& file) {
+    return area.Select(file, nullptr);
+}
+
+Node FirstIn(const Area& area, const File& file) {
+    return area.BoundNode() ? area.BoundNode() : area.Select(file, nullptr).At(0);
+}
+
+} // namespace settings::dhcp_server

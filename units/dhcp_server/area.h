@@ -1,0 +1,113 @@
+#pragma once
+
+#include "settings/file.h"
+#include "settings/node.h"
+
+#include <string>
+
+// The places of the DHCP server's settings file:
+//
+//     <unit name="dhcp-server">
+//       <default-lease-time>864000</default-lease-time>
+//       <max-lease-time>864000</max-lease-time>
+//       <subnet address="192.168.1.0" netmask="255.255.255.0">
+//         <interface type="listen" address="192.168.1.1">eth1</interface>   (type "relay": a remote subnet)
+//         <option name="subnet-mask" auto="yes">255.255.255.0</option>      (auto: managed by the program)
+//         <option name="routers"><address>192.168.1.1</address></option>    (a list option)
+//         <option num="200" type="ascii">text</option>                      (custom: ip, ascii or hex)
+//         <option name="tftp-server" file="boot.img">192.168.1.5</option>
+//         <range from="192.168.1.10" to="192.168.1.20"/>
+//         <host name="pc7">
+//           <hardware type="ethernet" mac="00:11:22:33:44:55"/>
+//           <address>192.168.1.7</address>
+//         </host>
+//       </subnet>
+//     </unit>
+//
+// Lease times and options may stand at each level: the unit, a subnet, a host.
+
+namespace settings::dhcp_server {
+
+class SubnetView;
+
+// A place in the file, and the whole unit. It holds no settings and does not own the document.
+class Area {
+public:
+    // `name` is the place's word in messages; the whole unit is called ":".
+    explicit Area(std::string name = ":");
+    virtual ~Area() = default;
+
+    // The first node of the place; reports a place that is not there.
+    virtual Node GetNode(const File& file) const;
+    // What the path behind the place finds. `tail` is null or "" for the place's own nodes, otherwise it
+    // begins with "/".
+    virtual NodeSet Select(const File& file, const char* tail) const;
+
+    const std::string& Name() const { return name_; }
+
+    // Binds the place to its node, which the caller knows to be the only one that Select finds, so that
+    // queries need not search the document again. `view`, when given, remembers the subnet of the place; it
+    // must outlive this object.
+    void Bind(Node node, SubnetView* view);
+    Node BoundNode() const { return node_; }
+    SubnetView* View() const { return view_; }
+
+protected:
+    // `missing` is the error text of a place that is not there, with a "%s" for its name.
+    Area(std::string name, const char* missing);
+
+private:
+    std::string name_;
+    const char* missing_;
+    Node node_;
+    SubnetView* view_ = nullptr;
+};
+
+class Network : public Area {
+public:
+    using Area::Area;
+};
+
+class Subnet : public Network {
+protected:
+    using Network::Network;
+};
+
+// A subnet that the server serves on an interface of its own.
+class LocalSubnet : public Subnet {
+public:
+    explicit LocalSubnet(const std::string& interface);
+    NodeSet Select(const File& file, const char* tail) const override;
+
+private:
+    std::string interface_;
+};
+
+// A subnet that is reached through relays.
+class RemoteSubnet : public Subnet {
+public:
+    RemoteSubnet(const std::string& address, const std::string& netmask);
+    NodeSet Select(const File& file, const char* tail) const override;
+
+private:
+    std::string address_;
+    std::string netmask_;
+};
+
+// A host, in whatever subnet it stands.
+class Host : public Network {
+public:
+    explicit Host(const std::string& host_name);
+    NodeSet Select(const File& file, const char* tail) const override;
+
+private:
+    std::string host_name_;
+};
+
+// Queries below an area, with a printf-style relative path. The short forms give the area's own nodes.
+[[gnu::format(printf, 3, 4)]] NodeSet SelectIn(const Area& area, const File& file, const char* format, ...);
+[[gnu::format(printf, 3, 4)]] Node FirstIn(const Area& area, const File& file, const char* format, ...);
+NodeSet SelectIn(const Area& area, const File& file);
+Node FirstIn(const Area& area, const File& file);
+
+} // namespace settings::dhcp_server

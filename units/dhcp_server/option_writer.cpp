@@ -1,0 +1,137 @@
+#include "units/dhcp_server/option_writer.h"
+
+#include "platform/console.h"
+#include "units/dhcp_server/address_rules.h"
+#include "units/dhcp_server/line_writer.h"
+
+#include <map>
+#include <string>
+
+namespace settings::dhcp_server {
+namespace {
+
+constexpr const char* kCustomOption = "custom option";
+constexpr const char* kListChild = "address";
+
+struct CustomType {
+    const char* name;
+    const char* daemon_name;
+};
+
+constexpr CustomType kCustomTypes[] = {{"ip", "ip-address"}, {"ascii", "text"}, {"hex", "string"}};
+
+std::string Quote(const std::string& text) {
+    return "\"" + text + "\"";
+}
+
+bool PassAny(TreeWriter& /*writer*/, const Area& /*area*/, Node /*option*/) {
+    return true;
+}
+
+bool CheckMask(TreeWriter& writer, const Area& area, Node option) {
+    return CheckSubnetMaskScope(area, writer.file, option.GetText());
+}
+
+bool CheckBroadcast(TreeWriter& writer, const Area& area, Node option) {
+    return CheckBroadcastAddress(area, writer.file, option.GetText());
+}
+
+bool CheckRouters(TreeWriter& writer, const Area& area, Node option) {
+    const bool in_scope = CheckOptionAddressesScope(area, writer.file, "router", option, kListChild);
+    return CheckOptionAddressesFree(area, writer.file, false, "router", option, kListChild) && in_scope;
+}
+
+bool WriteText(TreeWriter& writer, Node option) {
+    return WriteOption(writer, option.GetAttr("name"), option.GetText());
+}
+
+bool WriteQuotedText(TreeWriter& writer, Node option) {
+    const std::string text = option.GetText();
+    return WriteOption(writer, option.GetAttr("name"), writer.daemon_form ? Quote(text) : text);
+}
+
+bool WriteTftpServer(TreeWriter& writer, Node option) {
+    const std::string server = option.GetText();
+    const std::string file = option.GetAttr("file");
+    if (!writer.daemon_form)
+        return WriteOption(writer, "tftp-server", server + ", file = " + file);
+    const bool written = WriteSetting(writer, "next-server", server);
+    return (file.empty() || WriteOption(writer, "bootfile-name", Quote(file))) && written;
+}
+
+bool WriteList(TreeWriter& writer, Node option) {
+    return WriteAddressList(writer, option.GetAttr("name"), option, kListChild);
+}
+
+// A list where the option's first child is an address, a text otherwise.
+bool WriteListOrText(TreeWriter& writer, Node option) {
+    return option.FirstChild().IsNamed(kListChild) ? WriteList(writer, option) : WriteText(writer, option);
+}
+
+struct NamedOption {
+    const char* name;
+    bool (*check)(TreeWriter& writer, const Area& area, Node option); // for the daemon only
+    bool (*write)(TreeWriter& writer, Node option);
+};
+
+constexpr NamedOption kNamedOptions[] = {
+    {"subnet-mask", CheckMask, WriteText},     {"broadcast-address", CheckBroadcast, WriteText},
+    {"tftp-server", PassAny, WriteTftpServer}, {"routers", CheckRouters, WriteList},
+    {"domain-name", PassAny, WriteQuotedText},
+};
+
+constexpr NamedOption kOtherOption = {"", PassAny, WriteListOrText};
+
+bool WriteCustomOption(TreeWriter& writer, Node option, const std::string& number) {
+    const std::string type = option.GetAttr("type");
+    const std::string text = option.GetText();
+    if (!writer.daemon_form)
+        return WriteOption(writer, number + ", " + type, text);
+    return WriteOption(writer, "opt-" + number, type == "ascii" ? Quote(text) : text);
+}
+
+bool WriteDeclaration(TreeWriter& writer, const std::string& number, const std::string& type) {
+    for (const CustomType& row : kCustomTypes) {
+        if (type == row.name)
+            return WriteOption(writer, "opt-" + number, "code " + number + " = " + row.daemon_name);
+    }
+    shell_print_error("DHCP server: unknown type of %s %s: %s", kCustomOption, number.c_str(), type.c_str());
+    return false;
+}
+
+} // namespace
+
+bool WriteOptionNode(TreeWriter& writer, const Area& area, Node option) {
+    const std::string number = option.GetAttr("num");
+    if (!number.empty())
+        return WriteCustomOption(writer, option, number);
+    const std::string name = option.GetAttr("name");
+    const NamedOption* row = &kOtherOption;
+    for (const NamedOption& named : kNamedOptions) {
+        if (name == named.name)
+            row = &named;
+    }
+    const bool passed = !writer.daemon_form || row->check(writer, area, option);
+    return row->write(writer, option) && passed;
+}
+
+bool WriteCustomDeclarations(TreeWriter& writer, const Area& area) {
+    std::map<std::string, std::string> types; // by number
+    const NodeSet options = SelectIn(area, writer.file, "descendant::option[@num and @type]");
+    bool passed = true;
+    for (std::size_t i = 0; i < options.Size(); ++i) {
+        const std::string number = options.At(i).GetAttr("num");
+        const std::string type = options.At(i).GetAttr("type");
+        const auto [known, is_new] = types.emplace(number, type);
+        if (is_new) {
+            passed = WriteDeclaration(writer, number, type) && passed;
+        } else if (known->second != type) {
+            shell_print_error("DHCP server: %s %s has different types across settings: %s and %s",
+                              kCustomOption, number.c_str(), known->second.c_str(), type.c_str());
+            passed = false;
+        }
+    }
+    return passed;
+}
+
+} // namespace settings::dhcp_server

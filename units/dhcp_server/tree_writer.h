@@ -1,0 +1,31 @@
+#pragma once
+
+#include "settings/file.h"
+#include "units/dhcp_server/area.h"
+#include "units/dhcp_server/walk_memory.h"
+
+#include <cstdio>
+
+namespace settings::dhcp_server {
+
+// The state of one walk over the settings, which checks them, writes the daemon's settings, or prints them.
+struct TreeWriter {
+    TreeWriter(const File& settings, std::FILE* output, bool for_daemon)
+        : file(settings), out(output), daemon_form(for_daemon), memory(settings) {}
+
+    const File& file;
+    std::FILE* out;   // null: nothing is written, and all checks run
+    bool daemon_form; // the daemon's settings or a check; otherwise the form that an administrator reads
+    int depth = 0;    // level of indentation
+    bool write_failed = false; // reported already
+    WalkMemory memory;
+};
+
+// Checks the area, and writes its part of the daemon's settings to `out` unless that is null. Reports every
+// fault and is false when there was one; what could be written is written all the same.
+[[nodiscard]] bool GenerateDaemonSettings(const File& file, std::FILE* out, const Area& area);
+
+// Walks what stands below the area, in the form and from the depth that the writer has.
+[[nodiscard]] bool WriteTree(TreeWriter& writer, const Area& area);
+
+} // namespace settings::dhcp_server
