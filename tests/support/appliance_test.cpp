@@ -88,16 +88,20 @@ TEST_F(FixtureTest, LogHoldsMoreLinesThanItsSocket) {
 
 TEST_F(FixtureTest, SnapshotNamesWhatChanged) {
     WriteFile("/mnt/main/a", "1");
+    WriteFile("/mnt/main/mode", "1");
     WriteFile("/etc/b", "1");
     const Snapshot before = TakeSnapshot();
     WriteFile("/run/lock/any", "");
     ExpectUnchanged(before);
     WriteFile("/mnt/main/a", "2");
     EXPECT_EQ(unlink("/etc/b"), 0);
-    EXPECT_EQ(chmod("/etc/passwd", 0600), 0);
+    EXPECT_EQ(unlink("/etc/passwd"), 0);
+    WriteFile("/etc/passwd", "nobody");
+    EXPECT_EQ(chmod("/mnt/main/mode", 0600), 0);
     WriteLink("/var/lib/link", "nowhere");
-    EXPECT_THAT(Changes(before, TakeSnapshot()), ElementsAre("removed /etc/b", "changed /etc/passwd",
-                                                             "changed /mnt/main/a", "added /var/lib/link"));
+    EXPECT_THAT(Changes(before, TakeSnapshot()),
+                ElementsAre("removed /etc/b", "changed /etc/passwd", "changed /mnt/main/a",
+                            "changed /mnt/main/mode", "added /var/lib/link"));
 }
 
 TEST_F(FixtureTest, ProgramsAreHeldAndEndWithTheirOwner) {
