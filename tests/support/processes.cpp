@@ -101,7 +101,9 @@ Result Daemon::Wait(std::chrono::milliseconds limit) {
 }
 
 Daemon HoldLock(const std::string& path, bool exclusive) {
-    Daemon holder({"/usr/bin/flock", exclusive ? "--exclusive" : "--shared", path, "/bin/sh", "-c",
+    // Only flock(1) itself holds the lock (--close), so that it is free once that process has been waited
+    // for.
+    Daemon holder({"/usr/bin/flock", "--close", exclusive ? "--exclusive" : "--shared", path, "/bin/sh", "-c",
                    "echo held; exec sleep infinity"});
     EXPECT_TRUE(holder.WaitForText("held")) << path;
     return holder;
