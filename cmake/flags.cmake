@@ -1,5 +1,8 @@
 # Warnings are errors everywhere; every program is hardened.
 add_compile_options(-Wall -Wextra -Wpedantic -Werror -fstack-protector-strong)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  add_compile_options(-Wno-restrict) # warns of std::string's own operator+ (GCC bug 105651)
+endif()
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)

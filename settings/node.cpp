@@ -23,6 +23,15 @@ std::string TakeString(xmlChar* text) {
     return result;
 }
 
+// The text of a list of children. One piece of text, the common case, needs no copy of libxml2's.
+std::string ListText(xmlDoc* document, xmlNode* children) {
+    if (children == nullptr)
+        return {};
+    if (children->next == nullptr && children->type == XML_TEXT_NODE && children->content != nullptr)
+        return reinterpret_cast<const char*>(children->content);
+    return TakeString(xmlNodeListGetString(document, children, 1));
+}
+
 void FreeResult(xmlXPathObject* result) {
     // The nodes may be gone by now; the table must not be walked.
     result->nodesetval->nodeNr = 0;
@@ -60,13 +69,15 @@ bool Node::IsNamed(const char* name) const {
 }
 
 std::string Node::GetAttr(const char* name) const {
-    return node_ != nullptr ? TakeString(xmlGetProp(node_, ToXml(name))) : std::string();
+    const xmlAttr* attribute = node_ != nullptr ? xmlHasProp(node_, ToXml(name)) : nullptr;
+    if (attribute != nullptr && attribute->type == XML_ATTRIBUTE_NODE)
+        return ListText(attribute->doc, attribute->children);
+    // A default of the document's type, if anything.
+    return attribute != nullptr ? TakeString(xmlGetProp(node_, ToXml(name))) : std::string();
 }
 
 std::string Node::GetText() const {
-    if (node_ == nullptr || node_->children == nullptr)
-        return {};
-    return TakeString(xmlNodeListGetString(node_->doc, node_->children, 1));
+    return node_ != nullptr ? ListText(node_->doc, node_->children) : std::string();
 }
 
 bool Node::SetText(const char* format, ...) {
