@@ -2,6 +2,7 @@
 
 #include "front/unit_query.h"
 #include "platform/console.h"
+#include "units/dhcp_relay/unit.h"
 #include "units/dhcp_server/unit.h"
 
 #include <cstdarg>
@@ -23,9 +24,6 @@ bool Unavailable(const char* unit) {
     return false;
 }
 
-bool DhcpRelayUnit(const xmlURI* /*uri*/) {
-    return Unavailable(kDhcpRelayUnit);
-}
 bool ContentFilterUnit(const xmlURI* /*uri*/) {
     return Unavailable(kContentFilterUnit);
 }

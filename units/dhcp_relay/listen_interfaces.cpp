@@ -53,7 +53,12 @@ bool CheckRoom(Node relay, const char* id) {
 } // namespace
 
 bool CheckListenInterfaceUsable(const std::string& id, const std::string& interface) {
-    const corvanshell::CConfStruct record(path_list::local_settings, true);
+    return CheckListenInterfaceUsable(corvanshell::CConfStruct(path_list::local_settings, true), id,
+                                      interface);
+}
+
+bool CheckListenInterfaceUsable(const corvanshell::CConfStruct& record, const std::string& id,
+                                const std::string& interface) {
     corvanshell::InterfaceEntry entry;
     if (!record.FindInterface(interface, entry)) {
         shell_print_error("DHCP relay %s: %s: unconfigured listen interface is unsupported", id.c_str(),

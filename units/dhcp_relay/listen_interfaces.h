@@ -2,6 +2,10 @@
 
 #include <string>
 
+namespace corvanshell {
+class CConfStruct;
+}
+
 // The listen interfaces of relays, the internal interfaces whose clients they serve. Every refusal is
 // reported and leaves the file as it was.
 
@@ -12,5 +16,8 @@ namespace settings::dhcp_relay {
 
 // The interface is known to the network record, of class "access" and has a static address.
 [[nodiscard]] bool CheckListenInterfaceUsable(const std::string& id, const std::string& interface);
+// The same against a network record that is read already.
+[[nodiscard]] bool CheckListenInterfaceUsable(const corvanshell::CConfStruct& record, const std::string& id,
+                                              const std::string& interface);
 
 } // namespace settings::dhcp_relay

@@ -105,8 +105,14 @@ Node FindRelay(const File& file, const std::string& id) {
 }
 
 Node FindOrCreateRelay(const File& file, const std::string& id) {
-    const Node found = FindRelay(file, id);
-    return found ? found : file.Root().AddChild("dhcp-relay").NewAttr("id", "%s", id.c_str());
+    if (const Node found = FindRelay(file, id))
+        return found;
+    // Nothing could find such a relay again.
+    if (!IsLiteral(id)) {
+        shell_print_error("DHCP relay %s: ID with a quote is unsupported", id.c_str());
+        return {};
+    }
+    return file.Root().AddChild("dhcp-relay").NewAttr("id", "%s", id.c_str());
 }
 
 bool RemoveFromRelay(Node node) {

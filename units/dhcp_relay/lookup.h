@@ -53,6 +53,7 @@ Node FindServerInterface(const File& file, const std::string& interface);
 
 // The relay's node; a null node when there is none.
 Node FindRelay(const File& file, const std::string& id);
+// A null node, with the reason reported, when it can't be made.
 Node FindOrCreateRelay(const File& file, const std::string& id);
 
 // Removes a server or an interface, and its relay when that holds nothing else.

@@ -25,6 +25,8 @@ struct ServerEntry {
 };
 
 Node FindRole(const File& file, const char* id, const char* server_id) {
+    if (!IsLiteral(id) || !IsLiteral(server_id))
+        return {};
     return file.SelectFirst("/unit/dhcp-relay[@id = '%s']/server[@id = '%s' and @interface and text()]", id,
                             server_id);
 }
@@ -103,9 +105,7 @@ bool RemoveFile(const std::string& path, const char* what) {
     return false;
 }
 
-} // namespace
-
-bool CheckRelayServer(const std::string& id, const std::string& server, const std::string& interface) {
+bool IsServerNamed(const std::string& id, const std::string& server, const std::string& interface) {
     if (server.empty()) {
         shell_print_error("DHCP relay %s: DHCP server is unspecified", id.c_str());
         return false;
@@ -121,7 +121,11 @@ bool CheckRelayServer(const std::string& id, const std::string& server, const st
                           server.c_str());
         return false;
     }
-    const corvanshell::CConfStruct record(path_list::local_settings, true);
+    return true;
+}
+
+bool IsServerReachable(const corvanshell::CConfStruct& record, const std::string& id,
+                       const std::string& server, const std::string& interface) {
     corvanshell::InterfaceEntry entry;
     if (!record.FindInterface(interface, entry)) {
         shell_print_error(
@@ -141,6 +145,19 @@ bool CheckRelayServer(const std::string& id, const std::string& server, const st
         return false;
     }
     return true;
+}
+
+} // namespace
+
+bool CheckRelayServer(const std::string& id, const std::string& server, const std::string& interface) {
+    return IsServerNamed(id, server, interface) &&
+           IsServerReachable(corvanshell::CConfStruct(path_list::local_settings, true), id, server,
+                             interface);
+}
+
+bool CheckRelayServer(const corvanshell::CConfStruct& record, const std::string& id,
+                      const std::string& server, const std::string& interface) {
+    return IsServerNamed(id, server, interface) && IsServerReachable(record, id, server, interface);
 }
 
 bool AddRelayServer(const std::string& id, const std::string& server_id, const std::string& server,
