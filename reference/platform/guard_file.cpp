@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t guard_size_limit = 256 * 1024;
+constexpr std::size_t guard_size_limit = 262144;
 constexpr std::size_t digest_length = 64;
 constexpr int link_limit = 40; // the kernel's own
 

@@ -28,7 +28,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* licensed_services = "/etc/licensed_services";
-constexpr std::size_t licence_limit = 64 * 1024;
+constexpr std::size_t licence_limit = 65536;
 constexpr std::size_t domain_name_limit = 253;
 constexpr std::size_t label_limit = 63;
 

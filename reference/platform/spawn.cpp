@@ -80,6 +80,7 @@ struct SpawnPlan {
 pid_t start(const std::vector<std::string>& arguments, const Streams& streams,
             const ForegroundSignals& signals) {
     std::vector<char*> vector;
+    vector.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments)
         vector.push_back(const_cast<char*>(argument.c_str()));
     vector.push_back(nullptr);

@@ -5,8 +5,9 @@
 
 namespace TOO {
 
+// The library loads its texts when the first one is asked for: doing so here would cost every run.
 void ErrorInit() {
-    OPENSSL_init_crypto(OPENSSL_INIT_LOAD_CRYPTO_STRINGS, nullptr);
+    ERR_clear_error();
 }
 
 void ErrorFini() {
@@ -16,6 +17,6 @@ void ErrorFini() {
 } // namespace TOO
 
 bool InitCSPShort() {
-    // Digests need nothing of openssl.cnf, and reading it would be a third of a short run's start-up.
+    // Digests need nothing of openssl.cnf, and reading it would double what the library costs at start-up.
     return OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG, nullptr) == 1;
 }
