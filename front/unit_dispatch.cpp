@@ -2,6 +2,7 @@
 
 #include "front/unit_query.h"
 #include "platform/console.h"
+#include "units/content_filter/unit.h"
 #include "units/dhcp_relay/unit.h"
 #include "units/dhcp_server/unit.h"
 
@@ -24,9 +25,6 @@ bool Unavailable(const char* unit) {
     return false;
 }
 
-bool ContentFilterUnit(const xmlURI* /*uri*/) {
-    return Unavailable(kContentFilterUnit);
-}
 bool SnmpAgentUnit(const xmlURI* /*uri*/) {
     return Unavailable(kSnmpAgentUnit);
 }

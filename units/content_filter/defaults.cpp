@@ -1,0 +1,78 @@
+#include "units/content_filter/defaults.h"
+
+#include "front/unit_query.h"
+#include "platform/console.h"
+#include "units/content_filter/edit.h"
+
+namespace settings::content_filter {
+namespace {
+
+constexpr const char* kRequestAction = "default-request-action";
+constexpr const char* kReplyAction = "default-reply-action";
+
+std::string GetDefaultAction(const File& file, const char* element) {
+    return file.GetText("/unit/%s[string(@value)]/@value", element);
+}
+
+std::string GetDefaultAction(const char* element) {
+    File file(kContentFilterUnit, "");
+    return file.Load() ? GetDefaultAction(file, element) : "";
+}
+
+bool SetDefaultAction(const char* element, const std::string& value) {
+    return Edit(Subject::kMode, "Content-filter config parse fail", [&](File& file) {
+        file.Select("/unit/%s", element).RemoveAll();
+        const bool set = file.Root().AddChild(element).NewAttr("value", "%s", value.c_str()) && file.Save();
+        if (set)
+            shell_print_info("Set %s to %s", element, value.c_str());
+        else
+            shell_print_error("Failed set %s", element);
+        return set;
+    });
+}
+
+} // namespace
+
+std::string GetDefaultRequestAction() {
+    return GetDefaultAction(kRequestAction);
+}
+
+std::string GetDefaultReplyAction() {
+    return GetDefaultAction(kReplyAction);
+}
+
+std::string GetDefaultRequestAction(const File& file) {
+    return GetDefaultAction(file, kRequestAction);
+}
+
+std::string GetDefaultReplyAction(const File& file) {
+    return GetDefaultAction(file, kReplyAction);
+}
+
+bool SetDefaultRequestAction(const std::string& value) {
+    return SetDefaultAction(kRequestAction, value);
+}
+
+bool SetDefaultReplyAction(const std::string& value) {
+    return SetDefaultAction(kReplyAction, value);
+}
+
+bool IsContentFilterOn() {
+    File file(kContentFilterUnit, "");
+    return file.Load() && IsContentFilterOn(file);
+}
+
+bool IsContentFilterOn(const File& file) {
+    return file.GetText("/unit/mode") == "on";
+}
+
+bool SetContentFilterMode(bool on) {
+    return Edit(Subject::kMode, [on](File& file) {
+        Node mode = file.SelectFirst("/unit/mode");
+        if (!mode)
+            mode = file.Root().AddChild("mode");
+        return mode.SetText("%s", on ? "on" : "off") && file.Save();
+    });
+}
+
+} // namespace settings::content_filter

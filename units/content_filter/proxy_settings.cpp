@@ -1,0 +1,113 @@
+#include "units/content_filter/proxy_settings.h"
+
+#include "front/unit_query.h"
+#include "platform/console.h"
+#include "units/content_filter/defaults.h"
+#include "units/content_filter/rule.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+namespace settings::content_filter {
+namespace {
+
+using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+std::string ConfigurationPath() {
+    return std::string("/etc/squid/") + kContentFilterUnit + ".conf";
+}
+
+// Adds an ACL of the rule and gives its name. The blank in front lets names follow each other.
+std::string AddAcl(std::string& text, const std::string& rule, const char* part, const std::string& test) {
+    const std::string name = " " + rule + "_" + part;
+    text += "acl" + name + " " + test + "\n";
+    return name;
+}
+
+std::string AddAddressAcl(std::string& text, const std::string& rule, const char* part, const char* type,
+                          const std::string& value) {
+    return value == kAnyAddress ? "" : AddAcl(text, rule, part, std::string(type) + " " + value);
+}
+
+std::string FormatRule(std::size_t position, const RuleText& rule) {
+    const std::string number = std::to_string(position);
+    const std::string prefix = "rule_" + number;
+    const std::string action = rule.action == "drop" ? "deny" : "allow";
+    std::string text = "# rule: " + number + ": " + (rule.name.empty() ? "?" : rule.name) + "\n";
+    const std::string source = AddAddressAcl(text, prefix, "source", "src", rule.source);
+    const std::string destination = AddAddressAcl(text, prefix, "destination", "dstdomain", rule.destination);
+    if (!rule.mime_type.empty()) {
+        const std::string mime =
+            AddAcl(text, prefix, "mime_type", "rep_mime_type -i ^" + rule.mime_type + "(;.*)?$");
+        text += "http_reply_access " + action + source + mime + destination + "\n";
+    }
+    if (!rule.command.empty()) {
+        const std::string command = AddAcl(text, prefix, "command", "method " + rule.command);
+        text += "http_access " + action + source + command + destination + "\n";
+    }
+    return text;
+}
+
+std::string EscapePlus(const std::string& mime_type) {
+    std::string escaped;
+    for (const char character : mime_type) {
+        if (character == '+')
+            escaped += '\\';
+        escaped += character;
+    }
+    return escaped;
+}
+
+// The rules for replies come first, then those for requests. False when a rule had to be left out.
+bool FormatRules(const File& file, std::string& text) {
+    const NodeSet rules = file.Select("/unit/rule");
+    std::string held_back;
+    bool good = true;
+    for (std::size_t i = 0; i < rules.Size(); ++i) {
+        RuleText rule = ReadRule(rules.At(i));
+        rule.mime_type = EscapePlus(rule.mime_type);
+        std::string fault;
+        if (!IsConfigurable(rule, fault)) {
+            shell_print_error("%s: rule %zu: the text of %s cannot stand in the proxy configuration",
+                              kContentFilterUnit, i + 1, fault.c_str());
+            good = false;
+            continue;
+        }
+        const bool is_request = rule.mime_type.empty() && !rule.command.empty();
+        (is_request ? held_back : text) += FormatRule(i + 1, rule);
+    }
+    text += held_back;
+    return good;
+}
+
+const char* Access(const std::string& default_action) {
+    return default_action == "pass" ? "allow" : "deny";
+}
+
+bool ReportFailure() {
+    shell_print_error("%s: failed to apply %s configuration: %s", ConfigurationPath().c_str(),
+                      kContentFilterUnit, std::strerror(errno));
+    return false;
+}
+
+} // namespace
+
+bool WriteProxySettings(const File& file) {
+    Stream out(std::fopen(ConfigurationPath().c_str(), "we"), std::fclose);
+    if (out == nullptr)
+        return ReportFailure();
+    if (!IsContentFilterOn(file))
+        return true;
+    std::string text;
+    const bool good = FormatRules(file, text);
+    text += std::string("\nhttp_access ") + Access(GetDefaultRequestAction(file)) + " all\n";
+    text += std::string("http_reply_access ") + Access(GetDefaultReplyAction(file)) + " all\n";
+    std::fwrite(text.data(), 1, text.size(), out.get());
+    if (std::fflush(out.get()) != 0 || std::ferror(out.get()) != 0 || std::fclose(out.release()) != 0)
+        return ReportFailure();
+    return good;
+}
+
+} // namespace settings::content_filter

@@ -1,0 +1,107 @@
+#include "units/content_filter/report.h"
+
+#include "front/unit_query.h"
+#include "platform/console.h"
+#include "platform/processes.h"
+#include "units/content_filter/defaults.h"
+#include "units/content_filter/rule.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <string_view>
+#include <unistd.h>
+
+namespace settings::content_filter {
+namespace {
+
+constexpr const char* kTextPager = "/sbin/textpager.sh";
+
+struct Label {
+    const char* text;
+    std::string RuleText::*value;
+};
+
+// The lines of a rule behind its number.
+constexpr Label kLabels[] = {
+    {"action", &RuleText::action},        {"@name", &RuleText::name},
+    {"source", &RuleText::source},        {"destination", &RuleText::destination},
+    {"http-command", &RuleText::command}, {"mime-type", &RuleText::mime_type},
+};
+
+constexpr int LongestLabel() {
+    std::size_t longest = 0;
+    for (const Label& label : kLabels)
+        longest = std::max(longest, std::string_view(label.text).size());
+    return static_cast<int>(longest);
+}
+
+void PrintHeading(std::FILE* out, const char* before, const char* text) {
+    std::fprintf(out, "%s%s\n%s\n", before, text, std::string(std::strlen(text), '=').c_str());
+}
+
+void PrintValue(std::FILE* out, const char* label, const std::string& value) {
+    std::fprintf(out, "%4s%-*s %s\n", "", LongestLabel(), label, value.c_str());
+}
+
+void PrintRule(std::FILE* out, std::size_t position, const RuleText& rule) {
+    PrintValue(out, "@id", std::to_string(position));
+    for (const Label& label : kLabels) {
+        if (!(rule.*label.value).empty())
+            PrintValue(out, label.text, rule.*label.value);
+    }
+    std::fprintf(out, "\n");
+}
+
+void PrintDefault(std::FILE* out, const char* name, const std::string& action, const char* all_of) {
+    PrintValue(out, "act", action);
+    PrintValue(out, "name", name);
+    PrintValue(out, "src", kAnyAddress);
+    PrintValue(out, "dst", kAnyAddress);
+    PrintValue(out, all_of, "all");
+}
+
+void PrintRules(std::FILE* out, const File& file) {
+    PrintHeading(out, "", "Content filter rules");
+    const NodeSet rules = file.Select("/unit/rule");
+    for (std::size_t i = 0; i < rules.Size(); ++i)
+        PrintRule(out, i + 1, ReadRule(rules.At(i)));
+    PrintHeading(out, "\n", "Rules for other content");
+    PrintDefault(out, "default-request-action", GetDefaultRequestAction(file), "command");
+    std::fprintf(out, "\n");
+    PrintDefault(out, "default-reply-action", GetDefaultReplyAction(file), "mime-type");
+}
+
+// Makes the file that the pager reads; `path` is the template of its name.
+bool WriteReport(char* path, const File& file) {
+    const int descriptor = mkostemp(path, O_CLOEXEC);
+    std::FILE* out = descriptor >= 0 ? fdopen(descriptor, "w") : nullptr;
+    if (out == nullptr) {
+        if (descriptor >= 0)
+            close(descriptor);
+        shell_print_error("Unexpected case: can't open %s file for write", path);
+        return false;
+    }
+    PrintRules(out, file);
+    const bool written = std::ferror(out) == 0;
+    if (std::fclose(out) == 0 && written)
+        return true;
+    shell_print_error("%s: failed to write the rules", path);
+    return false;
+}
+
+} // namespace
+
+bool ShowRules() {
+    File file(kContentFilterUnit, "");
+    if (!file.Load())
+        return false;
+    char path[] = "/tmp/rules_show_filename_XXXXXX";
+    const bool shown = WriteReport(path, file) && shell_spawn(kTextPager, path, nullptr) == 0;
+    unlink(path);
+    return shown;
+}
+
+} // namespace settings::content_filter
