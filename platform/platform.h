@@ -5,6 +5,7 @@
 #include "platform/cluster_file.h"
 #include "platform/console.h"
 #include "platform/guards.h"
+#include "platform/ini.h"
 #include "platform/locks.h"
 #include "platform/log.h"
 #include "platform/network.h"

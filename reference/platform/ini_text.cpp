@@ -1,0 +1,52 @@
+#include "ini_text.h"
+
+#include "text.h"
+
+#include <ranges>
+
+namespace reference {
+namespace {
+
+// A comment stands on a line of its own, or behind a value and a blank.
+std::string_view without_comment(std::string_view line) {
+    for (std::size_t i = 0; i < line.size(); ++i)
+        if ((line[i] == '#' || line[i] == ';') && (i == 0 || line[i - 1] == ' ' || line[i - 1] == '\t'))
+            return trim(line.substr(0, i));
+    return line;
+}
+
+bool take_line(std::vector<IniSection>& sections, std::string_view line) {
+    if (line.starts_with('[')) {
+        const bool closed = line.ends_with(']');
+        sections.push_back({std::string(closed ? line.substr(1, line.size() - 2) : line), {}});
+        return closed;
+    }
+    const std::size_t sign = line.find('=');
+    if (sign == std::string_view::npos)
+        return line.empty();
+    sections.back().values.emplace_back(trim(line.substr(0, sign)), trim(line.substr(sign + 1)));
+    return true;
+}
+
+} // namespace
+
+std::string IniSection::get(std::string_view key) const {
+    for (const auto& [name, value] : values | std::views::reverse)
+        if (name == key)
+            return value;
+    return "";
+}
+
+std::vector<IniSection> parse_ini(std::string_view text, std::size_t& bad_line) {
+    std::vector<IniSection> sections(1);
+    std::size_t number = 0;
+    bad_line = 0;
+    for (const std::string& raw : split_lines(text)) {
+        ++number;
+        if (!take_line(sections, without_comment(trim(raw))) && bad_line == 0)
+            bad_line = number;
+    }
+    return sections;
+}
+
+} // namespace reference
