@@ -5,6 +5,7 @@
 #include "units/content_filter/unit.h"
 #include "units/dhcp_relay/unit.h"
 #include "units/dhcp_server/unit.h"
+#include "units/snmp/unit.h"
 
 #include <cstdarg>
 #include <cstdio>
@@ -19,15 +20,6 @@ constexpr std::size_t kPrefixSize = sizeof kPrefix - 1;
 constexpr std::size_t kUriSize = 8192;
 
 using Uri = std::unique_ptr<xmlURI, decltype(&xmlFreeURI)>;
-
-bool Unavailable(const char* unit) {
-    shell_print_error("%s: the unit is not available yet", unit);
-    return false;
-}
-
-bool SnmpAgentUnit(const xmlURI* /*uri*/) {
-    return Unavailable(kSnmpAgentUnit);
-}
 
 bool Dispatch(const xmlURI* uri) {
     const UnitEntry units[] = {

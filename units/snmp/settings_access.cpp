@@ -1,0 +1,75 @@
+#include "units/snmp/settings_access.h"
+
+#include "platform/console.h"
+
+#include <algorithm>
+
+namespace snmp {
+
+using settings::File;
+using settings::Node;
+using settings::NodeSet;
+
+bool Fail(const std::string& message) {
+    shell_print_error("%s", message.c_str());
+    return false;
+}
+
+bool LoadSettings(File& file) {
+    return file.Load() || Fail("Couldn't parse XML config file");
+}
+
+bool SaveSettings(File& file) {
+    return file.Save() || Fail("Failed to write to config file");
+}
+
+std::string GetAttr(const std::string& xpath, const std::string& attribute, const std::string& unit) {
+    return Read(unit.c_str(), [&](const File& file) {
+        return file.SelectFirst("%s", xpath.c_str()).GetAttr(attribute.c_str());
+    });
+}
+
+bool SetText(File& file, const std::string& xpath, const std::string& value) {
+    return file.SelectFirst("%s", xpath.c_str()).SetText("%s", value.c_str()) ||
+           Fail("Failed to edit " + xpath);
+}
+
+bool SetAttr(File& file, const std::string& xpath, const std::string& attribute, const std::string& value) {
+    Node node = file.SelectFirst("%s", xpath.c_str());
+    if (!node)
+        return Fail("Couldn't find " + xpath + " path");
+    return node.SetAttr(attribute.c_str(), "%s", value.c_str()) || Fail("Failed to set " + attribute);
+}
+
+bool SetText(const std::string& xpath, const std::string& value, const std::string& unit) {
+    return Edit(unit.c_str(), [&](File& file) { return SetText(file, xpath, value); });
+}
+
+bool SetAttr(const std::string& xpath, const std::string& attribute, const std::string& value,
+             const std::string& unit) {
+    return Edit(unit.c_str(), [&](File& file) { return SetAttr(file, xpath, attribute, value); });
+}
+
+std::vector<std::string> ListAttrs(const NodeSet& nodes, const char* attribute) {
+    std::vector<std::string> values;
+    for (std::size_t i = 0; i < nodes.Size(); ++i)
+        values.push_back(nodes.At(i).GetAttr(attribute));
+    return values;
+}
+
+std::vector<std::string> ListDistinctAttrs(const NodeSet& nodes, const char* attribute) {
+    std::vector<std::string> values = ListAttrs(nodes, attribute);
+    std::sort(values.begin(), values.end());
+    values.erase(std::unique(values.begin(), values.end()), values.end());
+    return values;
+}
+
+std::string ToUpper(std::string text) {
+    for (char& letter : text) {
+        if (letter >= 'a' && letter <= 'z')
+            letter = static_cast<char>(letter - 'a' + 'A');
+    }
+    return text;
+}
+
+} // namespace snmp
