@@ -1,0 +1,129 @@
+#include "front/unit_query.h"
+#include "tests/support/appliance.h"
+
+#include <libxml/uri.h>
+#include <memory>
+
+namespace {
+
+using support::Arguments;
+using support::ConfTool;
+using support::Exists;
+using support::ReadFile;
+using support::WriteFile;
+
+class ConfToolTest : public support::Appliance {};
+
+TEST_F(ConfToolTest, QueriesSplitIntoPairs) {
+    const std::string long_value(10000, 'v');
+    const struct {
+        std::string query;
+        QueryList pairs;
+    } cases[] = {
+        {"", {}},
+        {"?", {}},
+        {"?check", {{"check", ""}}},
+        {"?a=1&&b", {{"a", "1"}, {"b", ""}}},
+        {"?=&=", {}},
+        {"?a=b=c&a=d", {{"a", "b=c"}, {"a", "d"}}},
+        {"?=x&", {{"", "x"}}},
+        {"?key=%41", {{"key", "%41"}}},
+        {"?k=" + long_value, {{"k", long_value}}},
+    };
+    for (const auto& row : cases) {
+        const std::unique_ptr<xmlURI, decltype(&xmlFreeURI)> uri(
+            xmlParseURI(("unit://name" + row.query + "#part").c_str()), xmlFreeURI);
+        ASSERT_NE(uri, nullptr) << row.query;
+        EXPECT_EQ(ParseUnitQuery(uri.get()), row.pairs) << row.query;
+        EXPECT_EQ(GetUnitFragment(uri.get()), "part");
+    }
+    EXPECT_TRUE(ParseUnitQuery(nullptr).empty());
+}
+
+TEST_F(ConfToolTest, ExitStatusTellsWhetherEveryOptionSucceeded) {
+    const struct {
+        Arguments arguments;
+        int status;
+        std::string err;
+    } cases[] = {
+        {{}, 1, ""},
+        {{"-s", "/tmp/x"}, 0, ""},
+        {{"--settings", "/tmp/x", "-s", "/tmp/y"}, 0, ""},
+        {{"-s", "/tmp/x", "operand"}, 1, ""},
+        {{"operand", "-s", "/tmp/x"}, 1, ""},
+        {{"-a"}, 1, ""},
+        {{"-s"}, 1, ""},
+        {{"-z"}, 1, ""},
+        {{"--unknown"}, 1, ""},
+        {{"-a", "no-such-unit"}, 1, ""},
+        {{"-a", ""}, 1, ""},
+        {{"-a", "/x"}, 1, ""},
+        {{"-a", "DHCP-SERVER"}, 1, ""},
+        {{"-p", "/mnt/no-such-file"}, 1, ""},
+        {{"-a", "a b"}, 1, "unit://a b: failed to parse unit URI\n"},
+        {{"-a", "dhcp-server?%s%n%s"}, 1, "unit://dhcp-server?%s%n%s: failed to parse unit URI\n"},
+        {{"-a", "dhcp-server?x=%"}, 1, "unit://dhcp-server?x=%: failed to parse unit URI\n"},
+        {{"-a", "dhcp-server?x%%41"}, 1, "DHCP server: wrong query format\n"},
+        {{"-a", "dhcp-server?"}, 1, "DHCP server: empty query\n"},
+    };
+    for (const auto& row : cases) {
+        const support::Result result = ConfTool(row.arguments);
+        EXPECT_EQ(result.status, row.status) << ::testing::PrintToString(row.arguments);
+        EXPECT_EQ(result.err, row.err) << ::testing::PrintToString(row.arguments);
+        EXPECT_EQ(result.out, "") << ::testing::PrintToString(row.arguments);
+    }
+}
+
+TEST_F(ConfToolTest, LongUriIsCutAndNotFollowedBeyond) {
+    const support::Result result = ConfTool({"-a", "dhcp-server?check" + std::string(20000, 'x')});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "DHCP server: wrong query format\n");
+}
+
+TEST_F(ConfToolTest, FailedOptionEndsTheRun) {
+    WriteFile("/mnt/file", "text");
+    WriteFile("/mnt/file.crg", "");
+    EXPECT_EQ(ConfTool({"-a", "no-such-unit", "-p", "/mnt/file"}).status, 1);
+    EXPECT_EQ(ReadFile("/mnt/file.crg"), "");
+    EXPECT_EQ(ConfTool({"-p", "/mnt/file", "-a", "no-such-unit"}).status, 1);
+    EXPECT_NE(ReadFile("/mnt/file.crg"), "");
+}
+
+TEST_F(ConfToolTest, XmlFaultsGoToTheLogAlone) {
+    WriteFile("/mnt/main/etc/settings/dhcp-server.xml", "<unit name='dhcp-server'><subnet></unit>");
+    const support::Result result = ConfTool({"-a", "dhcp-server"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "dhcp-server: failed to parse configuration\n");
+    const auto log = TakeLog();
+    ASSERT_FALSE(log.empty());
+    EXPECT_EQ(log.front().level, 3);
+    EXPECT_NE(log.front().text.find("Opening and ending tag mismatch"), std::string::npos);
+}
+
+TEST_F(ConfToolTest, ProtectRenewsOwnAndSharedGuards) {
+    WriteFile("/mnt/dir/a", "a");
+    WriteFile("/mnt/dir/b", "b");
+    WriteFile("/mnt/dir/a.crg", "");
+    WriteFile("/mnt/shared.crg", "");
+    support::WriteLink("/mnt/dir/b.crg", "/mnt/shared.crg");
+    ASSERT_EQ(ConfTool({"-p", "/mnt/dir/a", "-p", "/mnt/dir/b"}).status, 0);
+    EXPECT_EQ(support::RunShell("sha256sum -c /mnt/dir/a.crg /mnt/shared.crg").out,
+              "/mnt/dir/a: OK\n/mnt/dir/b: OK\n");
+    EXPECT_TRUE(support::RunShell("test -L /mnt/dir/b.crg").status == 0);
+}
+
+TEST_F(ConfToolTest, ProtectAllStopsAtTheFirstFailure) {
+    WriteFile("/mnt/main/etc/local.conf", "HOSTNAME\tgate\n");
+    WriteFile("/mnt/main/etc/http-proxy.conf", "x");
+    ASSERT_EQ(support::RunShell("rm -r /mnt/main/etc/settings /mnt/main/etc/[cs]*.conf").status, 0);
+    EXPECT_EQ(ConfTool({"-p"}).status, 1); // the content filter's folder is not there
+    EXPECT_EQ(support::RunShell("sha256sum -c /mnt/main/etc/settings.crg").out,
+              "/mnt/main/etc/local.conf: OK\n");
+    EXPECT_TRUE(Exists("/mnt/main/etc/icap.conf.crg"));
+    EXPECT_FALSE(Exists("/mnt/main/etc/l2overip-config.crg"));
+    ASSERT_EQ(support::RunShell("mkdir /mnt/main/etc/settings").status, 0);
+    EXPECT_EQ(ConfTool({"-p"}).status, 0);
+    EXPECT_TRUE(Exists("/etc/nut/nut.crg"));
+}
+
+} // namespace

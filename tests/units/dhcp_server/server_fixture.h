@@ -1,0 +1,54 @@
+#pragma once
+
+#include "front/probes/xml.h"
+#include "platform/guards.h"
+#include "tests/support/appliance.h"
+
+#include <string>
+#include <vector>
+
+// An appliance with a DHCP server to settle: eth1 and eth2 serve 192.168.1.0/24 and 192.168.2.0/24.
+class ServerAppliance : public support::Appliance {
+protected:
+    static constexpr const char* kSettings = "/mnt/main/etc/settings/dhcp-server.xml";
+    static constexpr const char* kLocal = "/mnt/main/etc/local.conf";
+    static constexpr const char* kCommon = "/mnt/main/etc/common.conf";
+    static constexpr const char* kConf = "/etc/dhcp/dhcpd.conf";
+    static constexpr const char* kExtra = "/etc/default/isc-dhcp-server";
+
+    ServerAppliance() {
+        InitXml();
+        WriteRecord(kCommon, "");
+        WriteRecord(kLocal, Interface("ETH1", "192.168.1.1") + Interface("ETH2", "192.168.2.1"));
+    }
+    ~ServerAppliance() override { CleanupXml(); }
+
+    static void WriteRecord(const char* path, const std::string& text) {
+        support::WriteFile(path, text);
+        ASSERT_TRUE(corvanshell::UpdateGuardFile("/mnt/main/etc/settings.crg", 1, path, nullptr));
+    }
+
+    static std::string Interface(const std::string& name, const std::string& address, bool up = true,
+                                 const std::string& interface_class = "access") {
+        return name + "_UP " + (up ? "1" : "0") + "\n" + name + "_IP " + address + "\n" + name +
+               "_MASK 255.255.255.0\n" + name + "_CLASS " + interface_class + "\n";
+    }
+
+    // The settings file, given what stands in its root.
+    static void WriteSettings(const std::string& text) {
+        support::WriteFile(kSettings, "<unit name=\"dhcp-server\">" + text + "</unit>");
+    }
+
+    // The subnet of eth1, given what stands behind its interface.
+    static std::string Subnet1(const std::string& text) {
+        return "<subnet address='192.168.1.0' netmask='255.255.255.0'>"
+               "<interface type='listen' address='192.168.1.1'>eth1</interface>" +
+               text + "</subnet>";
+    }
+
+    static std::string Host(const std::string& name, const std::string& address,
+                            const std::string& text = "") {
+        return "<host name='" + name + "'><hardware type='ethernet' mac='02:00:00:00:00:01'/><address>" +
+               address + "</address>" + text + "</host>";
+    }
+};

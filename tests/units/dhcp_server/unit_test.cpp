@@ -1,0 +1,293 @@
+#include "tests/units/dhcp_server/server_fixture.h"
+#include "units/dhcp_server/interface_rules.h"
+
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+namespace settings::dhcp_server {
+namespace {
+
+using support::Capture;
+using support::ConfTool;
+using support::ReadFile;
+using ::testing::HasSubstr;
+
+class DhcpServerUnitTest : public ServerAppliance {
+protected:
+    // The daemon takes the file without a word but the one that its blocks deserve.
+    static void ExpectAccepted() {
+        const support::Result result = support::RunProgram({"dhcpd", "-4", "-t", "-cf", kConf});
+        EXPECT_EQ(result.status, 0) << result.err;
+        std::string rest = result.err;
+        const std::string known = "WARNING: Host declarations are global.";
+        if (const std::size_t place = rest.find(known); place != std::string::npos)
+            rest.erase(place, known.size());
+        EXPECT_THAT(rest, ::testing::Not(HasSubstr("WARNING")));
+    }
+
+    // What a check says; it changes nothing on disk.
+    static std::string Faults(const std::string& settings) {
+        WriteSettings(settings);
+        const auto before = support::TakeSnapshot();
+        const support::Result result = ConfTool({"-a", "dhcp-server?check"});
+        support::ExpectUnchanged(before);
+        EXPECT_EQ(result.status, result.err.empty() ? 0 : 1);
+        return result.err;
+    }
+};
+
+TEST_F(DhcpServerUnitTest, SampleGivesTheDaemonsFiles) {
+    const std::string golden = std::string(SAMPLES) + "/mnt/main/etc";
+    WriteRecord(kLocal, ReadFile(golden + "/local.conf"));
+    support::WriteFile(kSettings, ReadFile(golden + "/settings/dhcp-server.xml"));
+    const support::Result result = ConfTool({"-a", "dhcp-server"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out + result.err, "");
+    support::ExpectGolden(kConf, "units/dhcp_server/sample.dhcpd.conf");
+    EXPECT_EQ(ReadFile(kExtra), "INTERFACESv4=\"eth1 eth2\"\nDHCPDv4_PID=\"/run/dhcp-server.pid\"\n");
+    ExpectAccepted();
+}
+
+TEST_F(DhcpServerUnitTest, DuplicateNamesAreWrittenAsTheirExpressionsFind) {
+    const std::string subnet =
+        Subnet1(Host("pc", "192.168.1.7", "<max-lease-time>1</max-lease-time>") +
+                Host("pc", "192.168.1.8", "<max-lease-time>2</max-lease-time>") +
+                Host("it&apos;s", "192.168.1.9", "<max-lease-time>3</max-lease-time>"));
+    WriteSettings(subnet + subnet);
+    EXPECT_EQ(ConfTool({"-a", "dhcp-server"}).status, 0);
+    support::ExpectGolden(kConf, "units/dhcp_server/duplicates.dhcpd.conf");
+}
+
+TEST_F(DhcpServerUnitTest, NoSubnetLeavesTheExtraSettings) {
+    support::WriteFile(kExtra, "old");
+    WriteSettings("<max-lease-time>5</max-lease-time>");
+    EXPECT_EQ(ConfTool({"-a", "dhcp-server"}).err, "DHCP server: no subnets are configured\n");
+    EXPECT_EQ(ReadFile(kExtra), "old");
+}
+
+TEST_F(DhcpServerUnitTest, CheckReportsEveryFault) {
+    const std::string mask = "<option name='subnet-mask'>255.255.255.0</option>";
+    const struct {
+        std::string settings;
+        std::string faults; // each behind "DHCP server: "
+    } cases[] = {
+        {Subnet1(mask), ""},
+        {Subnet1("<option num='200' type='ip'>10.0.0.1</option><option num='200' type='hex'>01</option>"
+                 "<option num='201' type='odd'>x</option>"),
+         "custom option 200 has different types across settings: ip and hex\n"
+         "unknown type of custom option 201: odd\n"},
+        {Subnet1(
+             "<range from='192.168.1.10' to='192.168.1.20'/><range from='192.168.1.20' to='192.168.1.30'/>"
+             "<range from='192.168.1.50' to='192.168.1.40'/>"),
+         "eth1: range [192.168.1.10 - 192.168.1.20] intersects with range [192.168.1.20 - 192.168.1.30]\n"
+         "eth1: range [192.168.1.50 - 192.168.1.40] is invalid\n"
+         "eth1: range [192.168.1.50 - 192.168.1.40] is invalid\n"
+         "eth1: range [192.168.1.50 - 192.168.1.40] is invalid\n"},
+        {Subnet1(mask +
+                 "<range from='192.168.1.10' to='192.168.1.20'/><option name='routers'>"
+                 "<address>192.168.1.15</address><address>10.0.0.1</address></option>" +
+                 Host("pc", "192.168.2.9")),
+         "eth1: incorrect address scope of router: 10.0.0.1\n"
+         "eth1: address of router is in the dynamic address range [192.168.1.10 - 192.168.1.20]: "
+         "192.168.1.15\n"
+         "eth1: incorrect address scope of pc: 192.168.2.9\n"},
+        {Subnet1(Host("pc", "192.168.1.9", "<option name='routers'><address>192.168.1.9</address></option>")),
+         "pc: address of router is in use within host pc: 192.168.1.9\n"},
+        {Subnet1("<option name='broadcast-address'>192.168.1.254</option>"
+                 "<option name='subnet-mask'>255.255.0.0</option>"),
+         "eth1: incorrect broadcast address: 192.168.1.254\neth1: incorrect subnet mask scope: "
+         "255.255.0.0\n"},
+        {"<subnet address='1.2.3' netmask='x'><interface type='relay'>eth2</interface></subnet>" +
+             Subnet1("<range from='192.168.1.1' to='192.168.1.2'/>"),
+         "eth2: relay interface does not correspond to any listen interface\n"
+         ":: incorrect address format of subnet address: 1.2.3\n"
+         ":: incorrect address format of subnet netmask: x\n"
+         "eth1: address 192.168.1.1 of the listen interface is in the dynamic address range [192.168.1.1 - "
+         "192.168.1.2]\n"},
+        {"<subnet/>", "listen interface is incorrect\n"
+                      ": relay interface does not correspond to any listen interface\n"
+                      ":: incorrect address format of subnet address: \n"
+                      ":: incorrect address format of subnet netmask: \n"},
+        // Elements where none belong, which lead nowhere.
+        {Subnet1(Subnet1("") + Host("pc", "192.168.1.9", Host("pc", "192.168.1.9"))),
+         "eth1: corrupted settings file\neth1: corrupted settings file\npc: corrupted settings file\n"},
+    };
+    for (const auto& row : cases) {
+        std::string expected;
+        for (std::size_t start = 0; start < row.faults.size(); start = row.faults.find('\n', start) + 1)
+            expected += "DHCP server: " + row.faults.substr(start, row.faults.find('\n', start) + 1 - start);
+        EXPECT_EQ(Faults(row.settings), expected) << row.settings;
+    }
+}
+
+TEST_F(DhcpServerUnitTest, ServedInterfacesMustBeUsable) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"", "unconfigured listen interface is unsupported"},
+        {Interface("ETH1", "192.168.1.1", true, "trunk"), "trunk mode of listen interface is unsupported"},
+        {Interface("ETH1", "dhcp"), "listen interface without static IP address is unsupported"},
+        {Interface("ETH1", "192.168.1.1", false), "listen interface is down"},
+    };
+    for (const auto& [record, fault] : cases) {
+        WriteRecord(kLocal, record);
+        EXPECT_EQ(Faults(Subnet1("")), "DHCP server: eth1: " + fault + "\n");
+    }
+    support::WriteFile(
+        "/mnt/main/etc/settings/dhcp-relay.xml",
+        "<unit><dhcp-relay id='4'><interface type='listen'>eth1</interface></dhcp-relay></unit>");
+    EXPECT_EQ(Faults(Subnet1("")), "DHCP server: eth1: listen interface is used by DHCP relay 4\n");
+}
+
+TEST_F(DhcpServerUnitTest, OddSettingsNeverCrash) {
+    const std::string long_text(10000, 'x');
+    const std::string entities = "<!DOCTYPE unit [<!ENTITY a \"" + std::string(100, 'e') +
+                                 "\"><!ENTITY b \"&a;&a;&a;&a;&a;&a;&a;&a;\">]>";
+    for (const std::string& text : {
+             Subnet1("<host/><host name=''/><option/><option num='5'/><range/><hardware/><interface/>"),
+             Subnet1(Host("%s%n'\"", "%d")) + "<subnet><interface type='listen'/></subnet>",
+             Subnet1(Host(long_text, long_text, "<" + long_text + ">" + long_text + "</" + long_text + ">")),
+             Subnet1("<option name=\"a'] | //* | /x['\">x</option>" +
+                     Host("x'] | //@* | //namespace::*['", "y")),
+         }) {
+        WriteSettings(text);
+        for (const char* uri :
+             {"dhcp-server", "dhcp-server?check", "dhcp-server?update=eth1", "dhcp-server?dump"})
+            EXPECT_LE(ConfTool({"-a", uri}).status, 1) << uri << " " << text;
+    }
+    support::WriteFile(
+        kSettings, entities + "<unit><subnet>&b;<interface type='listen'>&b;</interface></subnet></unit>");
+    EXPECT_EQ(ConfTool({"-a", "dhcp-server?check"}).status, 1);
+    // A settings folder that is a file holds no settings.
+    EXPECT_EQ(ConfTool({"-s", kLocal, "-a", "dhcp-server"}).err, "DHCP server: no subnets are configured\n");
+}
+
+TEST_F(DhcpServerUnitTest, FullDiskAndClosedFoldersAreReported) {
+    WriteSettings(Subnet1(""));
+    ASSERT_EQ(support::RunShell("mkdir -p /etc/dhcp/dhcpd.conf").status, 0);
+    EXPECT_EQ(ConfTool({"-a", "dhcp-server"}).err,
+              "DHCP server: /etc/dhcp/dhcpd.conf: failed to open settings file: Is a directory\n");
+    ASSERT_EQ(support::RunShell("rmdir /etc/dhcp/dhcpd.conf").status, 0);
+    support::FillDisk("/etc/default");
+    EXPECT_EQ(
+        ConfTool({"-a", "dhcp-server"}).err,
+        "DHCP server: /etc/default/isc-dhcp-server: failed to write daemon extra settings: No space left on "
+        "device\n");
+    support::FillDisk("/etc/dhcp");
+    EXPECT_EQ(
+        ConfTool({"-a", "dhcp-server"}).err,
+        "DHCP server: /etc/dhcp/dhcpd.conf: failed to write daemon settings: No space left on device\n");
+}
+
+TEST_F(DhcpServerUnitTest, QueriesDoNotWriteTheDaemonsFiles) {
+    WriteSettings(Subnet1(""));
+    const auto before = support::TakeSnapshot();
+    EXPECT_EQ(ConfTool({"-a", "dhcp-server?required=eth1&ignored"}).status, 0);
+    EXPECT_EQ(ConfTool({"-a", "dhcp-server?required=eth2"}).status, 1);
+    EXPECT_EQ(ConfTool({"-a", "dhcp-server?dump"}).out, ReadFile(kSettings));
+    {
+        const auto holder = support::HoldLock("/run/lock/dhcp-server.lock", true);
+        EXPECT_EQ(ConfTool({"-a", "dhcp-server?dump"}).err,
+                  "settings file is locked by another process, please try later\n");
+    }
+    support::ExpectUnchanged(before);
+}
+
+TEST_F(DhcpServerUnitTest, UpdateFollowsTheInterface) {
+    WriteSettings(Subnet1("<option name='subnet-mask' auto='yes'>255.255.255.0</option>"
+                          "<option name='broadcast-address' auto='yes'>192.168.1.255</option>"
+                          "<option name='ntp-servers' auto='yes'><address>192.168.1.1</address></option>"
+                          "<option name='domain-name-servers'><address>9.9.9.9</address></option>"));
+    WriteRecord(kLocal, Interface("ETH1", "10.5.5.5"));
+    WriteRecord(kCommon, "DNS on\nNTP off\n");
+    EXPECT_EQ(ConfTool({"-a", "dhcp-server?update=eth1"}).status, 0);
+    support::ExpectGolden(kSettings, "units/dhcp_server/updated.xml");
+    WriteRecord(kCommon, "NTP on\n");
+    EXPECT_EQ(ConfTool({"-a", "dhcp-server?update=eth1"}).status, 0);
+    EXPECT_THAT(ReadFile(kSettings),
+                HasSubstr("name=\"ntp-servers\" auto=\"yes\">\n      <address>10.5.5.5<"));
+
+    const auto before = support::TakeSnapshot();
+    EXPECT_EQ(ConfTool({"-a", "dhcp-server?update=eth9"}).status, 0); // not the server's
+    support::ExpectUnchanged(before);
+    WriteRecord(kLocal, Interface("ETH1", "10.5.5.5", false));
+    const std::string settings = ReadFile(kSettings);
+    EXPECT_EQ(ConfTool({"-a", "dhcp-server?update=eth1"}).err,
+              "DHCP server: eth1: listen interface is down\n");
+    EXPECT_EQ(ReadFile(kSettings), settings);
+}
+
+TEST_F(DhcpServerUnitTest, InterfaceChangesAreErrorsOrWarnings) {
+    WriteSettings(Subnet1("<range from='192.168.1.10' to='192.168.1.20'/>"));
+    const struct {
+        bool going_down;
+        const char* new_class;
+        const char* address;
+        const char* netmask;
+        bool allowed;          // whatever the autostart
+        const char* autostart; // the text with autostart on
+        const char* manual;
+    } cases[] = {
+        {false, "access", "0.0.0.0", "0.0.0.0", true, "", ""},
+        {false, "access", "192.168.1.9", "255.255.255.128", true, "", ""},
+        {true, "access", "0.0.0.0", "0.0.0.0", false,
+         "DHCP server: interface eth1 can not go DOWN since DHCP server autostart is on\n",
+         "DHCP server: interface eth1 going DOWN but it is present in DHCP server configuration\n"},
+        {false, "trunk", "0.0.0.0", "0.0.0.0", false,
+         "DHCP server: interface eth1 can not set trunk class since DHCP server autostart is on\n",
+         "DHCP server: interface eth1 can set trunk class but it is present in DHCP server configuration\n"},
+        {false, "access", "192.168.1.15", "0.0.0.0", false,
+         "DHCP server: eth1: address of interface address is in the dynamic address range [192.168.1.10 - "
+         "192.168.1.20]: 192.168.1.15\n",
+         "DHCP server: eth1: address of interface address is in the dynamic address range [192.168.1.10 - "
+         "192.168.1.20]: 192.168.1.15\n"
+         "DHCP server: above error(s) should be treated as warnings since DHCP server autostart is off\n"},
+        {false, "access", "8.8.8.8", "255.0.0.0", false,
+         "DHCP server: eth1: use of 8.8.8.8 interface address on local area network is unsafe\n"
+         "DHCP server: eth1: incorrect subnet mask scope: 255.0.0.0\n",
+         "DHCP server: eth1: use of 8.8.8.8 interface address on local area network is unsafe\n"
+         "DHCP server: eth1: incorrect subnet mask scope: 255.0.0.0\n"
+         "DHCP server: above error(s) should be treated as warnings since DHCP server autostart is off\n"},
+    };
+    for (const bool autostart : {true, false}) {
+        WriteRecord(kCommon, autostart ? "DHCP_SERVER on\n" : "DHCP_SERVER off\n");
+        for (const auto& row : cases) {
+            const auto output = Capture([&] {
+                EXPECT_EQ(CheckDhcpServerInterfaceChange("eth1", row.going_down, row.new_class, row.address,
+                                                         row.netmask),
+                          row.allowed || !autostart);
+            });
+            EXPECT_EQ(output.err, autostart ? row.autostart : row.manual);
+            EXPECT_EQ(TakeLog().back().text,
+                      std::string("DHCP server autostart is ") + (autostart ? "on " : "off "));
+        }
+    }
+    EXPECT_TRUE(CheckDhcpServerInterfaceChange("eth2", true, "trunk", "", ""));
+    support::WriteFile("/run/dhcp-server.pid", std::to_string(getpid()));
+    EXPECT_EQ(Capture([] {
+                  EXPECT_FALSE(CheckDhcpServerInterfaceChange("eth1", false, "access", "0.0.0.0", "0.0.0.0"));
+              }).err,
+              "DHCP server is running and the interface eth1 is in use\n");
+}
+
+TEST_F(DhcpServerUnitTest, RealServerGivesAHostItsAddress) {
+    const support::Peer client;
+    support::MakeVeth("v0", "v1", client);
+    ASSERT_EQ(support::RunShell("ip address add 192.168.1.1/24 dev v0").status, 0);
+    ASSERT_EQ(support::RunProgram(client.Inside({"ip", "link", "set", "v1", "address", "02:00:00:00:00:01"}))
+                  .status,
+              0);
+    WriteSettings(Subnet1("<option name='routers'><address>192.168.1.1</address></option>"
+                          "<range from='192.168.1.100' to='192.168.1.120'/>" +
+                          Host("pc7", "192.168.1.7")));
+    ASSERT_EQ(ConfTool({"-a", "dhcp-server"}).status, 0);
+    support::WriteFile("/var/lib/dhcp/dhcpd.leases", "");
+    const support::Daemon server(
+        {"dhcpd", "-4", "-f", "-d", "-cf", kConf, "-pf", "/run/dhcpd-test.pid", "v0"});
+    ASSERT_TRUE(server.WaitForText("Server starting service"));
+    const support::Result lease = support::RunProgram(
+        client.Inside({"busybox", "udhcpc", "-i", "v1", "-f", "-q", "-n", "-s", "/bin/true"}));
+    EXPECT_EQ(lease.status, 0) << lease.err << server.Err();
+    EXPECT_THAT(lease.err, HasSubstr("lease of 192.168.1.7 obtained"));
+}
+
+} // namespace
+} // namespace settings::dhcp_server
