@@ -4,6 +4,7 @@
 #include "platform/console.h"
 #include "platform/log.h"
 #include "platform/startup.h"
+#include "records/default_settings.h"
 #include "settings/file.h"
 
 #include <cstring>
@@ -45,18 +46,13 @@ bool Apply(const char* format) {
 #pragma GCC diagnostic pop
 }
 
-bool GenerateDefaults() {
-    shell_print_error("%s: the generation of default settings is not available yet", kProgram);
-    return false;
-}
-
 // One option of the command line. False ends the run.
 bool RunOption(int letter) {
     switch (letter) {
     case 'a':
         return Apply(optarg);
     case 'g':
-        return GenerateDefaults();
+        return corvanshell::GenerateDefaults();
     case 'p':
         return ProtectFile(optarg);
     case 's':
