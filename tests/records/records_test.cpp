@@ -165,7 +165,7 @@ TEST_F(RecordsTest, CommonRecordWritesAnExistingFile) {
     EXPECT_EQ(TakeLog().back(),
               (LogLine{3, "/mnt/main/etc/common.conf: failed to open: No such file or directory"}));
     WriteProtected(kCommon,
-              "SESSION_TIMEOUT 15\nMAX_REMOTE_SESSIONS abc\n\nNEW on\nDHCP_SERVER on\n other words \n");
+                   "SESSION_TIMEOUT 15\nMAX_REMOTE_SESSIONS abc\n\nNEW on\nDHCP_SERVER on\n other words \n");
     CommonConfStruct record;
     EXPECT_TRUE(record.GetFlag("DHCP_SERVER"));
     EXPECT_TRUE(record.SetFlag("NTP", true));
