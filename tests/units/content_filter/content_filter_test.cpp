@@ -6,6 +6,7 @@
 #include "units/content_filter/rules.h"
 
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 namespace settings::content_filter {
 namespace {
@@ -33,6 +34,7 @@ class ContentFilterTest : public support::Appliance {
 protected:
     ContentFilterTest() {
         InitXml();
+        EXPECT_EQ(unlink(kSettings), 0); // the sample
         WriteFile(kProxy, "#!/bin/sh\n[ \"$*\" != squid_is_running ]\n", 0755);
     }
 
@@ -81,10 +83,7 @@ TEST_F(ContentFilterTest, GoldenConfigurationIsTakenByTheProxy) {
 }
 
 TEST_F(ContentFilterTest, ModeAndDefaults) {
-    const struct {
-        const char* content;
-        const char* configuration;
-    } cases[] = {
+    const char* cases[][2] = {
         {"<rule><mime-type>a</mime-type></rule>", ""},
         {"<mode>On</mode><default-request-action value='pass'/>", ""},
         {"<mode>on</mode>", kEnd},
@@ -93,20 +92,17 @@ TEST_F(ContentFilterTest, ModeAndDefaults) {
         {"<mode>on</mode><default-request-action value='Pass'/><default-reply-action value='pass'/>",
          "\nhttp_access deny all\nhttp_reply_access allow all\n"},
     };
-    for (const auto& row : cases) {
-        Content(row.content);
+    for (const auto& [content, configuration] : cases) {
+        Content(content);
         WriteFile(kConfiguration, "old");
         Expect(Generate, true, {});
-        EXPECT_EQ(ReadFile(kConfiguration), row.configuration) << row.content;
+        EXPECT_EQ(ReadFile(kConfiguration), configuration) << content;
     }
 }
 
 // A text that the proxy would read as a line of its own, or as more than a value, costs the rule.
 TEST_F(ContentFilterTest, TextsCannotBecomeDirectives) {
-    const struct {
-        std::string rule;
-        const char* fault;
-    } cases[] = {
+    const std::string cases[][2] = {
         {"<rule name='a&#10;http_access allow all'>", "name"},
         {"<rule name='" + std::string(8192, 'x') + "http_access allow all'>", "name"},
         {"<rule><source>@any\nhttp_access allow all</source>", "source"},
@@ -115,9 +111,8 @@ TEST_F(ContentFilterTest, TextsCannotBecomeDirectives) {
         {"<rule><http-command>GET&#13;</http-command>", "http-command"},
         {"<rule><mime-type>" + std::string(4001, '+') + "</mime-type>", "mime-type"},
     };
-    for (const auto& row : cases) {
-        const std::string fault = row.fault;
-        Content("<mode>on</mode>" + row.rule + "<action>drop</action></rule>");
+    for (const auto& [rule, fault] : cases) {
+        Content("<mode>on</mode>" + rule + "<action>drop</action></rule>");
         Expect(Generate, false,
                {"", "content-filter: rule 1: the text of " + fault +
                         " cannot stand in the proxy configuration\n"});

@@ -6,6 +6,8 @@
 #include "platform/path_list.h"
 #include "tests/support/appliance.h"
 
+#include <unistd.h>
+
 namespace settings::dhcp_relay {
 
 constexpr const char* kSettings = "/mnt/main/etc/settings/dhcp-relay.xml";
@@ -20,6 +22,7 @@ class RelayTest : public support::Appliance {
 protected:
     RelayTest() {
         InitXml();
+        EXPECT_EQ(unlink(kSettings), 0); // the sample
         std::string record = "ETH3_IP 10.3.0.1\nETH3_CLASS trunk\nETH4_IP dhcp\nETH5_UP 1\n";
         for (const char* name : {"ETH0", "ETH1", "ETH2", "ETH6", "ETH7", "ETH8", "ETH9'"})
             record += std::string(name) + "_IP 10.9.0.1\n";
@@ -46,9 +49,11 @@ protected:
         EXPECT_EQ(result, done);
         EXPECT_TRUE(TakeLog().empty());
     }
-    void ExpectRefusal(const std::function<bool()>& call, const std::string& error) {
+    // A refusal of relay `id`, which changes nothing on disk.
+    void ExpectRefusal(const std::function<bool()>& call, const std::string& id, const std::string& error) {
+        SCOPED_TRACE(error);
         const support::Snapshot before = support::TakeSnapshot();
-        Expect(call, false, {"", error + "\n"});
+        Expect(call, false, {"", "DHCP relay " + id + ": " + error + "\n"});
         support::ExpectUnchanged(before);
     }
     // The same of a request; what stands behind "unit://dhcp-relay" is given.

@@ -22,70 +22,54 @@ const std::string kTwoRelays = R"(  <dhcp-relay id="1">
 
 TEST_F(RelayTest, ListenInterfaceRefusals) {
     Relays(kTwoRelays);
-    const struct {
-        const char* id;
-        const char* interface;
-        const char* error;
-    } cases[] = {
-        {"1", "", "DHCP relay 1: listen interface is unspecified"},
-        {"1", "eth99", "DHCP relay 1: eth99: unconfigured listen interface is unsupported"},
-        {"1", "eth3", "DHCP relay 1: eth3: trunk mode of listen interface is unsupported"},
-        {"1", "eth4", "DHCP relay 1: eth4: listen interface without static IP address is unsupported"},
-        {"1", "eth5", "DHCP relay 1: eth5: listen interface without static IP address is unsupported"},
-        {"2", "eth1",
-         "DHCP relay 2: eth1: interface is already in use as listen interface within DHCP relay 1"},
-        {"1", "eth0",
-         "DHCP relay 1: eth0: interface is already in use as external interface within DHCP relay 1"},
-        {"1", "eth6",
-         "DHCP relay 1: eth6: interface is already in use as backup interface within DHCP relay 2"},
-        {"1", "eth2",
-         "DHCP relay 1: eth2: interface is already in use as listen interface within DHCP server"},
-        {"1'or'", "eth7", "DHCP relay 1'or': ID with a quote is unsupported"},
+    const char* cases[][3] = {
+        {"1", "", "listen interface is unspecified"},
+        {"1", "eth99", "eth99: unconfigured listen interface is unsupported"},
+        {"1", "eth3", "eth3: trunk mode of listen interface is unsupported"},
+        {"1", "eth4", "eth4: listen interface without static IP address is unsupported"},
+        {"1", "eth5", "eth5: listen interface without static IP address is unsupported"},
+        {"2", "eth1", "eth1: interface is already in use as listen interface within DHCP relay 1"},
+        {"1", "eth0", "eth0: interface is already in use as external interface within DHCP relay 1"},
+        {"1", "eth6", "eth6: interface is already in use as backup interface within DHCP relay 2"},
+        {"1", "eth2", "eth2: interface is already in use as listen interface within DHCP server"},
+        {"1'or'", "eth7", "ID with a quote is unsupported"},
     };
-    for (const auto& row : cases)
-        ExpectRefusal([&] { return AddRelayListenInterface(row.id, row.interface); }, row.error);
+    for (const auto& [id, interface, error] : cases)
+        ExpectRefusal([&] { return AddRelayListenInterface(id, interface); }, id, error);
     for (const char* interface : {"eth7", "x' or '1' = '1"})
-        ExpectRefusal([&] { return RemoveRelayListenInterface("1", interface); },
-                      std::string("DHCP relay 1: ") + interface + ": listen interface is not in use");
+        ExpectRefusal([&] { return RemoveRelayListenInterface("1", interface); }, "1",
+                      interface + std::string(": listen interface is not in use"));
 }
 
 TEST_F(RelayTest, ServerRefusals) {
     Relays(kTwoRelays);
-    const struct {
-        const char* id;
-        const char* server_id;
-        const char* server;
-        const char* interface;
-        const char* error;
-    } cases[] = {
-        {"1", "0", "", "eth0", "DHCP relay 1: DHCP server is unspecified"},
+    const char* cases[][5] = {
+        {"1", "0", "", "eth0", "DHCP server is unspecified"},
         {"1", "0", "10.0.0.7;x", "eth0",
-         "DHCP relay 1: 10.0.0.7;x: DHCP server address in a format other than IP or DNS is unsupported"},
-        {"1", "0", "10.0.0.7", "", "DHCP relay 1: external interface of DHCP server 10.0.0.7 is unspecified"},
+         "10.0.0.7;x: DHCP server address in a format other than IP or DNS is unsupported"},
+        {"1", "0", "10.0.0.7", "", "external interface of DHCP server 10.0.0.7 is unspecified"},
         {"1", "0", "10.0.0.7", "eth99",
-         "DHCP relay 1: eth99: unconfigured external interface of DHCP server 10.0.0.7 is unsupported"},
+         "eth99: unconfigured external interface of DHCP server 10.0.0.7 is unsupported"},
         {"1", "0", "10.0.0.7", "eth3",
-         "DHCP relay 1: eth3: trunk mode of external interface of DHCP server 10.0.0.7 is unsupported"},
+         "eth3: trunk mode of external interface of DHCP server 10.0.0.7 is unsupported"},
         {"1", "0", "10.0.0.7", "eth5",
-         "DHCP relay 1: eth5: external interface of DHCP server 10.0.0.7 without IP address is unsupported"},
-        {"1", "1", "10.0.0.5", "eth0",
-         "DHCP relay 1: 10.0.0.5: DHCP server is already in use as external interface"},
+         "eth5: external interface of DHCP server 10.0.0.7 without IP address is unsupported"},
+        {"1", "1", "10.0.0.5", "eth0", "10.0.0.5: DHCP server is already in use as external interface"},
         {"1", "0", "10.0.0.6", "eth0",
-         "DHCP relay 1: 10.0.0.6: DHCP server is already in use as backup interface within DHCP relay 2"},
+         "10.0.0.6: DHCP server is already in use as backup interface within DHCP relay 2"},
         {"2", "0", "10.0.0.7", "eth1",
-         "DHCP relay 2: eth1: external interface is already in use as listen interface within DHCP relay 1"},
+         "eth1: external interface is already in use as listen interface within DHCP relay 1"},
         {"2", "1", "10.0.0.7", "eth2",
-         "DHCP relay 2: eth2: backup interface is already in use as listen interface within DHCP server"},
-        {"9'or@id='1", "0", "10.0.0.7", "eth0", "DHCP relay 9'or@id='1: ID with a quote is unsupported"},
+         "eth2: backup interface is already in use as listen interface within DHCP server"},
+        {"9'or@id='1", "0", "10.0.0.7", "eth0", "ID with a quote is unsupported"},
     };
-    for (const auto& row : cases)
-        ExpectRefusal([&] { return AddRelayServer(row.id, row.server_id, row.server, row.interface); },
-                      row.error);
-    ExpectRefusal([] { return RemoveRelayServer("1", "0", "10.0.0.5", "eth6"); },
-                  "DHCP relay 1: 10.0.0.5: external DHCP server on interface eth6 is not in use");
-    ExpectRefusal([] { return RemoveRelayServer("2", "1", "x' or '1' = '1", "eth6"); },
-                  "DHCP relay 2: x' or '1' = '1: backup DHCP server on interface eth6 is not in use");
-    ExpectRefusal([] { return EraseRelay("3"); }, "DHCP relay 3: does not exist");
+    for (const auto& [id, server_id, server, interface, error] : cases)
+        ExpectRefusal([&] { return AddRelayServer(id, server_id, server, interface); }, id, error);
+    ExpectRefusal([] { return RemoveRelayServer("1", "0", "10.0.0.5", "eth6"); }, "1",
+                  "10.0.0.5: external DHCP server on interface eth6 is not in use");
+    ExpectRefusal([] { return RemoveRelayServer("2", "1", "x' or '1' = '1", "eth6"); }, "2",
+                  "x' or '1' = '1: backup DHCP server on interface eth6 is not in use");
+    ExpectRefusal([] { return EraseRelay("3"); }, "3", "does not exist");
 }
 
 TEST_F(RelayTest, RunningRelayIsNotChanged) {
@@ -99,7 +83,7 @@ TEST_F(RelayTest, RunningRelayIsNotChanged) {
         [] { return EraseRelay("1"); },
     };
     for (const auto& call : calls)
-        ExpectRefusal(call, "DHCP relay 1: prohibited to change configuration while daemon is running");
+        ExpectRefusal(call, "1", "prohibited to change configuration while daemon is running");
     Expect([] { return AddRelayListenInterface("2", "eth7"); }, true, {});
 }
 
@@ -135,8 +119,8 @@ TEST_F(RelayTest, EditsFromTheFirstElementToTheLast) {
 TEST_F(RelayTest, LimitOfListenInterfacesIsEachRelays) {
     for (int i = 10; i < 42; i++)
         Expect([&] { return AddRelayListenInterface("1", "eth" + std::to_string(i)); }, true, {});
-    ExpectRefusal([] { return AddRelayListenInterface("1", "eth42"); },
-                  "DHCP relay 1: failed to add interface due to maximum number of listen interfaces: 32");
+    ExpectRefusal([] { return AddRelayListenInterface("1", "eth42"); }, "1",
+                  "failed to add interface due to maximum number of listen interfaces: 32");
     Expect([] { return AddRelayListenInterface("2", "eth42"); }, true, {});
 }
 
