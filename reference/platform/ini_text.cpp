@@ -2,7 +2,7 @@
 
 #include "text.h"
 
-#include <ranges>
+#include <algorithm>
 
 namespace reference {
 namespace {
@@ -31,10 +31,9 @@ bool take_line(std::vector<IniSection>& sections, std::string_view line) {
 } // namespace
 
 std::string IniSection::get(std::string_view key) const {
-    for (const auto& [name, value] : values | std::views::reverse)
-        if (name == key)
-            return value;
-    return "";
+    const auto last =
+        std::find_if(values.rbegin(), values.rend(), [&](const auto& pair) { return pair.first == key; });
+    return last != values.rend() ? last->second : "";
 }
 
 std::vector<IniSection> parse_ini(std::string_view text, std::size_t& bad_line) {
