@@ -22,6 +22,7 @@ const std::string kTwoRelays = R"(  <dhcp-relay id="1">
 
 TEST_F(RelayTest, ListenInterfaceRefusals) {
     Relays(kTwoRelays);
+    // ID, interface, what is said
     const char* cases[][3] = {
         {"1", "", "listen interface is unspecified"},
         {"1", "eth99", "eth99: unconfigured listen interface is unsupported"},
@@ -34,8 +35,8 @@ TEST_F(RelayTest, ListenInterfaceRefusals) {
         {"1", "eth2", "eth2: interface is already in use as listen interface within DHCP server"},
         {"1'or'", "eth7", "ID with a quote is unsupported"},
     };
-    for (const auto& [id, interface, error] : cases)
-        ExpectRefusal([&] { return AddRelayListenInterface(id, interface); }, id, error);
+    for (const auto& row : cases)
+        ExpectRefusal([&] { return AddRelayListenInterface(row[0], row[1]); }, row[0], row[2]);
     for (const char* interface : {"eth7", "x' or '1' = '1"})
         ExpectRefusal([&] { return RemoveRelayListenInterface("1", interface); }, "1",
                       interface + std::string(": listen interface is not in use"));
@@ -43,6 +44,7 @@ TEST_F(RelayTest, ListenInterfaceRefusals) {
 
 TEST_F(RelayTest, ServerRefusals) {
     Relays(kTwoRelays);
+    // ID, server ID, server, interface, what is said
     const char* cases[][5] = {
         {"1", "0", "", "eth0", "DHCP server is unspecified"},
         {"1", "0", "10.0.0.7;x", "eth0",
@@ -63,8 +65,8 @@ TEST_F(RelayTest, ServerRefusals) {
          "eth2: backup interface is already in use as listen interface within DHCP server"},
         {"9'or@id='1", "0", "10.0.0.7", "eth0", "ID with a quote is unsupported"},
     };
-    for (const auto& [id, server_id, server, interface, error] : cases)
-        ExpectRefusal([&] { return AddRelayServer(id, server_id, server, interface); }, id, error);
+    for (const auto& row : cases)
+        ExpectRefusal([&] { return AddRelayServer(row[0], row[1], row[2], row[3]); }, row[0], row[4]);
     ExpectRefusal([] { return RemoveRelayServer("1", "0", "10.0.0.5", "eth6"); }, "1",
                   "10.0.0.5: external DHCP server on interface eth6 is not in use");
     ExpectRefusal([] { return RemoveRelayServer("2", "1", "x' or '1' = '1", "eth6"); }, "2",
