@@ -189,7 +189,9 @@ TEST_F(RecordsTest, RestrictedServicesCannotBeSwitchedOn) {
         {"WIFI", "Can't turn on WIFI service in cluster mode"},
         {"SWAP", "Your appliance is not allowed to run this service."},
     };
-    for (const auto& [service, text] : cases) {
+    for (const auto& row : cases) {
+        const char* service = row.first;
+        const char* text = row.second;
         const auto output = Capture([&] { EXPECT_FALSE(record.SetFlag(service, true)); });
         EXPECT_EQ(output.out, std::string(text) + "\n");
         EXPECT_EQ(TakeLog(), (std::vector<LogLine>{{6, text}}));
