@@ -12,4 +12,5 @@
 #include "platform/pager.h"
 #include "platform/path_list.h"
 #include "platform/processes.h"
+#include "platform/shell_tree.h"
 #include "platform/startup.h"

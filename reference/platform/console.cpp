@@ -64,3 +64,28 @@ int shell_get_user_confirmation(const char* format, ...) {
     const std::string answer = read_answer();
     return ::strcasecmp(answer.c_str(), "y") == 0 || ::strcasecmp(answer.c_str(), "yes") == 0;
 }
+
+namespace corvanshell {
+
+std::string WrapStr(const std::string& text, std::size_t width) {
+    std::string wrapped = text;
+    std::size_t start = 0;                // of the line
+    std::size_t blank = std::string::npos; // the last one that the line may break at
+    for (std::size_t i = 0; i < wrapped.size(); ++i) {
+        if (wrapped[i] == '\n') {
+            start = i + 1;
+            blank = std::string::npos;
+            continue;
+        }
+        if (wrapped[i] == ' ' && i > start)
+            blank = i;
+        if (i - start >= width && blank != std::string::npos) {
+            wrapped[blank] = '\n';
+            start = blank + 1;
+            blank = std::string::npos;
+        }
+    }
+    return wrapped;
+}
+
+} // namespace corvanshell

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "commands/routing/daemon.h"
+#include "commands/routing/route_store.h"
+
+#include <string>
+
+namespace routing {
+
+// A listing of routes, in lines without newlines:
+//
+//     Table 254 (MAIN)
+//     Destination      Netmask          Next hop         Distance Weight
+//     -----------      -------          --------         -------- ------
+//     10.0.0.0         255.0.0.0        192.168.1.2      10       1
+
+// Those of one table, an empty number being the main one. No lines for no routes at all, and when the
+// settings lock is not granted, which is logged.
+Lines FormatRoutes(const Routes& routes, const std::string& table);
+
+// The same of each of these tables, as one text: a newline behind each line and one more behind each table.
+std::string FormatTables(const Routes& routes, const Lines& tables);
+
+// The routes of every table, without the heading. No lines when the store is without its lock.
+Lines FormatRoutesPlain(const RouteStore& store, const Routes& routes);
+
+// The lines with a newline behind each.
+std::string JoinLines(const Lines& lines);
+
+} // namespace routing

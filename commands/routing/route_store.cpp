@@ -1,0 +1,157 @@
+#include "commands/routing/route_store.h"
+
+#include "commands/arguments.h"
+#include "commands/routing/config_routes.h"
+#include "commands/routing/daemon.h"
+#include "platform/log.h"
+#include "platform/path_list.h"
+#include "platform/processes.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <iterator>
+#include <string_view>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace routing {
+namespace {
+
+constexpr const char* kLockFile = "/run/lock/run/quagga/s_routing.lock";
+constexpr mode_t kLockMode = 0400;
+
+std::string PrefixOf(const std::string& destination, const std::string& length) {
+    return destination + "/" + length;
+}
+
+// /usr/bin/vtysh -d zebra -c "configure terminal" -c "no ip route 10.0.0.0/8 1.1.1.1" -c "end" -c "write
+// file"
+bool SendDelete(const std::string& destination, const StaticRoute& route, const std::string& table) {
+    const std::string line = "no ip route " + (table.empty() ? "" : "table " + table + " ") +
+                             PrefixOf(destination, route.prefix_length) + " " + route.gateway;
+    return shell_spawn_quiet("/usr/bin/vtysh", "-d", "zebra", "-c", "configure terminal", "-c", line.c_str(),
+                             "-c", "end", "-c", "write file", nullptr) == 0;
+}
+
+} // namespace
+
+int MaskToPrefixLength(const std::string& netmask) {
+    constexpr std::string_view octets[] = {"000", "128", "192", "224", "240", "248", "252", "254", "255"};
+    constexpr std::size_t last_position = 12;
+    int length = 0;
+    for (std::size_t position = 0; position < netmask.size(); position += 4) {
+        const std::string octet = netmask.substr(position, 3);
+        const auto found = std::find(std::begin(octets), std::end(octets), octet);
+        if (found != std::end(octets))
+            length += static_cast<int>(found - std::begin(octets));
+        if (octet != "255" || position == last_position)
+            break;
+    }
+    return length;
+}
+
+RouteStore::RouteStore() : lock_(open(kLockFile, O_RDONLY | O_CREAT | O_CLOEXEC, kLockMode)) {
+    if (lock_ >= 0)
+        flock(lock_, LOCK_EX);
+    Load();
+}
+
+RouteStore::~RouteStore() {
+    if (lock_ < 0)
+        return;
+    flock(lock_, LOCK_UN);
+    close(lock_);
+}
+
+void RouteStore::Load() {
+    Lines lines;
+    if (Ask("/usr/bin/vtysh -d zebra -c \"show running-config\"", lines) && !lines.empty())
+        routes_ = ParseRoutes(lines);
+}
+
+Routes RouteStore::Find(const std::string& destination, const Condition& condition) const {
+    Routes found;
+    if (!HasLock())
+        return found;
+    const auto [first, last] = routes_.equal_range(destination);
+    std::copy_if(first, last, std::inserter(found, found.end()),
+                 [&](const auto& entry) { return condition(entry.second); });
+    return found;
+}
+
+Routes RouteStore::FindRoutes(const std::string& destination) const {
+    return Find(destination, [](const StaticRoute&) { return true; });
+}
+
+Routes RouteStore::FindRoutes(const std::string& destination, const std::string& netmask) const {
+    return Find(destination, [&](const StaticRoute& route) { return route.netmask == netmask; });
+}
+
+Routes RouteStore::FindRoutes(const std::string& destination, const std::string& netmask,
+                              const std::string& gateway) const {
+    return Find(destination, [&](const StaticRoute& route) {
+        return route.netmask == netmask && route.gateway == gateway;
+    });
+}
+
+Routes RouteStore::FindRoutes(const std::string& destination, const std::string& netmask,
+                              const std::string& gateway, const std::string& table) const {
+    return Find(destination, [&](const StaticRoute& route) {
+        return route.netmask == netmask && (gateway.empty() || route.gateway == gateway) &&
+               route.table == table;
+    });
+}
+
+bool RouteStore::AddRoute(const std::string& destination, const std::string& netmask,
+                          const std::string& gateway, const std::string& distance, const std::string& weight,
+                          const std::string& table) {
+    if (!arguments::IsAddress(destination) || !arguments::IsAddress(gateway) ||
+        !arguments::IsNumber(distance) || !arguments::IsNumber(weight) ||
+        (!table.empty() && !arguments::IsNumber(table)))
+        return false;
+    const std::string route = "ip route " + (table.empty() ? "" : "table " + table + " ") +
+                              PrefixOf(destination, std::to_string(MaskToPrefixLength(netmask))) + " " +
+                              gateway + " " + distance + " " + weight;
+    if (!Send(ConfigureLine("zebra", {route})))
+        return false;
+    Load();
+    return true;
+}
+
+bool RouteStore::DeleteRoute(const std::string& destination, const StaticRoute& route) {
+    return SendDelete(destination, route, "");
+}
+
+bool RouteStore::DeleteTableRoute(const std::string& destination, const StaticRoute& route,
+                                  const std::string& table) {
+    lock_tool::FileLock lock(path_list::settings_lock);
+    return LockSettings(lock) && SendDelete(destination, route, table);
+}
+
+bool RouteStore::Delete(const std::string& destination, const Routes& found, const std::string* table) {
+    for (const auto& [key, route] : found) {
+        if (!(table ? DeleteTableRoute(destination, route, *table) : DeleteRoute(destination, route)))
+            shell_log_error("failed to delete route for %s", destination.c_str());
+    }
+    return HasLock() && routes_.contains(destination);
+}
+
+bool RouteStore::DeleteRoutes(const std::string& destination) {
+    return Delete(destination, FindRoutes(destination), nullptr);
+}
+
+bool RouteStore::DeleteRoutes(const std::string& destination, const std::string& netmask) {
+    return Delete(destination, FindRoutes(destination, netmask), nullptr);
+}
+
+bool RouteStore::DeleteRoutes(const std::string& destination, const std::string& netmask,
+                              const std::string& gateway) {
+    return Delete(destination, FindRoutes(destination, netmask, gateway), nullptr);
+}
+
+bool RouteStore::DeleteRoutes(const std::string& destination, const std::string& netmask,
+                              const std::string& gateway, const std::string& table) {
+    return Delete(destination, FindRoutes(destination, netmask, gateway, table), &table);
+}
+
+} // namespace routing

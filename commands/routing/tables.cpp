@@ -1,0 +1,141 @@
+#include "commands/routing/tables.h"
+
+#include "commands/arguments.h"
+#include "commands/routing/static_route.h"
+#include "platform/console.h"
+
+#include <algorithm>
+#include <libintl.h>
+
+namespace routing {
+namespace {
+
+constexpr const char* kListTables = "/usr/bin/vtysh -c \"show tables static\"";
+constexpr const char* kListZebraTables = "/usr/bin/vtysh -d \"zebra\" -c \"show tables static\"";
+constexpr const char* kShowConfig = "/usr/bin/vtysh -d zebra -c \"show running-config\"";
+constexpr std::size_t kNameColumn = 6; // behind "Table "
+
+std::string IdOf(const std::string& number) {
+    return "(ID " + number + ")";
+}
+
+bool AnyContains(const Lines& lines, const std::string& text) {
+    return std::any_of(lines.begin(), lines.end(),
+                       [&](const std::string& line) { return Contains(line, text); });
+}
+
+} // namespace
+
+bool ListTables(Lines& lines) {
+    return Ask(kListZebraTables, lines);
+}
+
+std::string TakeTableNumber(const std::string& line) {
+    const std::size_t start = line.find("(ID ");
+    const std::size_t end = start == std::string::npos ? start : line.find(')', start);
+    return end == std::string::npos ? "" : line.substr(start + 4, end - start - 4);
+}
+
+bool TableExists(const std::string& number) {
+    Lines lines;
+    if (number.empty() || !Ask(kListTables, lines))
+        return false;
+    for (const std::string& line : lines) {
+        if (Contains(line, "Unnamed table " + IdOf(number)))
+            return false;
+        if (Contains(line, IdOf(number)))
+            return true;
+    }
+    return false;
+}
+
+bool TableHasRoutes(const std::string& number) {
+    Lines lines;
+    if (number.empty() || !Ask(kShowConfig, lines))
+        return false;
+    return AnyContains(lines, "ip route table " + number + " ") ||
+           (number == kMainTable && AnyContains(lines, "table 254 MAIN"));
+}
+
+bool IsTableNameUnique(const std::string& name) {
+    Lines lines;
+    return Ask(kListTables, lines) && !AnyContains(lines, "Table " + UpperCase(name) + " (ID");
+}
+
+bool TableNameMatches(const std::string& number, const std::string& name) {
+    Lines lines;
+    if (number.empty() || name.empty() || !Ask(kListTables, lines))
+        return false;
+    return AnyContains(lines, "Table " + UpperCase(name) + " " + IdOf(number));
+}
+
+std::string GetTableNumber(const std::string& name) {
+    Lines lines;
+    if (name.empty() || !Ask(kListTables, lines))
+        return "";
+    const std::string text = "Table " + UpperCase(name);
+    const auto line = std::find_if(lines.begin(), lines.end(),
+                                   [&](const std::string& candidate) { return Contains(candidate, text); });
+    return line == lines.end() ? "" : TakeTableNumber(*line);
+}
+
+// A table without a name gives "d", out of "Unnamed table (ID 7):". Kept: it is no table's name, which are
+// upper case, so no rule refers to it and the table can be cleared.
+std::string GetTableName(const std::string& number) {
+    Lines lines;
+    if (!Ask(kListTables, lines))
+        return "";
+    const std::string text = IdOf(number) + ":";
+    for (const std::string& line : lines) {
+        if (Contains(line, text) && line.size() > kNameColumn)
+            return line.substr(kNameColumn, line.find(' ', kNameColumn) - kNameColumn);
+    }
+    return "";
+}
+
+Lines GetTableNumbers() {
+    Lines lines, numbers;
+    if (!ListTables(lines))
+        return numbers;
+    for (const std::string& line : lines) {
+        const std::string number = TakeTableNumber(line);
+        if (!number.empty())
+            numbers.push_back(number);
+    }
+    return numbers;
+}
+
+bool AddTable(const std::string& name, const std::string& number) {
+    if (!arguments::IsName(name) || (!number.empty() && !arguments::IsNumber(number)))
+        return false;
+    return Send(ConfigureLine("zebra", {"table " + number + " " + name}));
+}
+
+bool IsTableUnreferenced(const std::string& name) {
+    Lines lines;
+    return Ask(kShowConfig, lines) && !AnyContains(lines, " set table " + name);
+}
+
+bool DeleteTable(const std::string& number) {
+    if (!IsTableUnreferenced(GetTableName(number))) {
+        shell_print_error(
+            gettext("Can't delete this table, because it is referenced by at least one policy rule."));
+        return false;
+    }
+    return arguments::IsNumber(number) && Send(ConfigureLine("zebra", {"no table " + number}));
+}
+
+bool CanDeleteRouteOfTable(const std::string& number) {
+    if (IsTableUnreferenced(GetTableName(number)))
+        return true;
+    Lines lines;
+    if (!Ask(kShowConfig, lines))
+        return false;
+    // The number may begin another one: a route of table 50 counts for table 5. Kept: the table itself is
+    // asked about once more before it goes.
+    const std::string text = "ip route table " + number;
+    return std::count_if(lines.begin(), lines.end(),
+                         [&](const std::string& line) { return Contains(line, text); }) != 1;
+}
+
+} // namespace routing

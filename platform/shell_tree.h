@@ -1,0 +1,139 @@
+#pragma once
+
+#include "platform/console.h"
+
+#include <boost/any.hpp>
+#include <functional>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+// The tree of the command shell: a typed line walks from the root to the node that ends a command, and each
+// value on its way joins the arguments of that command's action.
+
+using ShellWords = std::vector<std::string>;
+using ShellArguments = std::vector<boost::any>; // a std::string each, in the order of the line
+
+class TreeNode {
+public:
+    using Action = std::function<bool(const ShellArguments&)>;
+
+    virtual ~TreeNode();
+    TreeNode() = default;
+    TreeNode(const TreeNode&) = delete;
+    TreeNode& operator=(const TreeNode&) = delete;
+
+    // Carries out the words from `next` on: runs the action when none is left, otherwise hands on to the
+    // stage that takes the word, one that matches it or the only one that it begins. False, told on the
+    // terminal, when there is no such stage; otherwise what the action gave.
+    [[nodiscard]] virtual bool parse_tokens(const ShellWords& words, std::size_t next,
+                                            ShellArguments& arguments);
+    // What help shows, and what may be completed, in the place of this node.
+    virtual ShellWords sample_inputs() const = 0;
+    virtual ShellWords completion() const = 0;
+    // Whether the word may become one that this node takes; whether it is one.
+    virtual bool partial_match(const std::string& word) const = 0;
+    virtual bool match(const std::string& word) const = 0;
+    // Takes one word and hands on to the next stage.
+    [[nodiscard]] virtual bool execute(const std::string& word, ShellArguments& arguments,
+                                       const ShellWords& words, std::size_t next) = 0;
+    // Called behind a command that this node took part in.
+    virtual void warning() const {}
+
+    TreeNode& add(std::unique_ptr<TreeNode> stage);
+    void set_action(Action action) { action_ = std::move(action); }
+    const std::vector<std::unique_ptr<TreeNode>>& stages() const { return stages_; }
+    bool ends_command() const { return static_cast<bool>(action_); }
+
+private:
+    TreeNode* find_stage(const std::string& word) const;
+
+    std::vector<std::unique_ptr<TreeNode>> stages_;
+    Action action_;
+};
+
+// A stage that takes any word that is not empty, and adds nothing to the arguments.
+class Node : public TreeNode {
+public:
+    ShellWords sample_inputs() const override { return {}; }
+    ShellWords completion() const override { return {}; }
+    bool partial_match(const std::string&) const override { return true; }
+    bool match(const std::string& word) const override { return !word.empty(); }
+    [[nodiscard]] bool execute(const std::string& word, ShellArguments& arguments, const ShellWords& words,
+                               std::size_t next) override;
+};
+
+namespace value {
+
+// One command argument of a type.
+template <typename T>
+class generic {
+public:
+    using type = std::remove_const_t<T>;
+
+    virtual ~generic() = default;
+
+    // Whether the word is such an argument; fills `parsed` when it is.
+    [[nodiscard]] virtual bool parse(const std::string& word, type& parsed) const {
+        parsed = word;
+        return !word.empty();
+    }
+    // What help shows where a value is to be typed: a range, a form.
+    virtual std::string sample() const { return {}; }
+};
+
+// An argument that offers words.
+class list_completion {
+public:
+    virtual ~list_completion() = default;
+    virtual ShellWords list() const = 0;
+};
+
+} // namespace value
+
+namespace detail {
+
+// A stage whose words are offered as a list.
+class list_completion_node : public Node {
+public:
+    ShellWords sample_inputs() const override { return list(); }
+    ShellWords completion() const override { return list(); }
+    bool partial_match(const std::string& word) const override;
+
+protected:
+    virtual ShellWords list() const = 0;
+};
+
+template <class V, class Next>
+class in_node;
+
+// The stage of a value class, which joins the arguments.
+template <class V>
+class in_node<V, void> : public list_completion_node {
+public:
+    bool match(const std::string& word) const override {
+        std::string parsed;
+        return value_.parse(word, parsed);
+    }
+    [[nodiscard]] bool execute(const std::string& word, ShellArguments& arguments, const ShellWords& words,
+                               std::size_t next) override {
+        std::string parsed;
+        if (!value_.parse(word, parsed)) {
+            shell_print_error("%s: bad value", word.c_str());
+            return false;
+        }
+        arguments.emplace_back(parsed);
+        const bool done = parse_tokens(words, next, arguments);
+        warning();
+        return done;
+    }
+
+protected:
+    ShellWords list() const override { return value_.list(); }
+
+private:
+    V value_;
+};
+
+} // namespace detail

@@ -1,0 +1,51 @@
+#include "platform/shell_tree.h"
+
+#include "platform/console.h"
+
+#include <algorithm>
+
+TreeNode::~TreeNode() = default;
+
+TreeNode& TreeNode::add(std::unique_ptr<TreeNode> stage) {
+    return *stages_.emplace_back(std::move(stage));
+}
+
+// A stage that has the whole word goes before those that it only begins; of these there must be one.
+TreeNode* TreeNode::find_stage(const std::string& word) const {
+    TreeNode* begun = nullptr;
+    std::size_t candidates = 0;
+    for (const auto& stage : stages_) {
+        if (stage->match(word))
+            return stage.get();
+        if (stage->partial_match(word)) {
+            begun = stage.get();
+            ++candidates;
+        }
+    }
+    return candidates == 1 ? begun : nullptr;
+}
+
+bool TreeNode::parse_tokens(const ShellWords& words, std::size_t next, ShellArguments& arguments) {
+    if (next >= words.size()) {
+        if (action_)
+            return action_(arguments);
+        shell_print_error("incomplete command");
+        return false;
+    }
+    if (TreeNode* const stage = find_stage(words[next]))
+        return stage->execute(words[next], arguments, words, next + 1);
+    shell_print_error("unknown or ambiguous: %s", words[next].c_str());
+    return false;
+}
+
+bool Node::execute(const std::string&, ShellArguments& arguments, const ShellWords& words, std::size_t next) {
+    const bool done = parse_tokens(words, next, arguments);
+    warning();
+    return done;
+}
+
+bool detail::list_completion_node::partial_match(const std::string& word) const {
+    const ShellWords offered = list();
+    return std::any_of(offered.begin(), offered.end(),
+                       [&](const std::string& candidate) { return candidate.starts_with(word); });
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "tests/support/appliance.h"
+
+#include <string>
+#include <vector>
+
+// An appliance with its routing daemons: the working stand-in, or a recorder whose answers a test queues.
+class RoutingAppliance : public support::Appliance {
+protected:
+    static constexpr const char* kVtysh = "/usr/bin/vtysh";
+    static constexpr const char* kClusterState = "/var/spool/corvan/failoverstat";
+    static constexpr const char* kListHead =
+        "Destination      Netmask          Next hop         Distance Weight\n"
+        "-----------      -------          --------         -------- ------\n";
+
+    RoutingAppliance() {
+        const support::Result result =
+            support::RunProgram({SOURCE_FOLDER "/reference/routing/install", BUILD_FOLDER});
+        EXPECT_EQ(result.status, 0) << result.err;
+    }
+
+    // Runs lines of a daemon's configuration mode in the stand-in.
+    static void Configure(const std::vector<std::string>& lines, const std::string& daemon = "zebra") {
+        support::Arguments arguments{kVtysh, "-d", daemon, "-c", "configure terminal"};
+        for (const std::string& line : lines) {
+            arguments.insert(arguments.end(), {"-c", line});
+        }
+        arguments.insert(arguments.end(), {"-c", "end", "-c", "write file"});
+        const support::Result result = support::RunProgram(arguments);
+        EXPECT_EQ(result.status, 0) << result.out << result.err;
+    }
+
+    static std::string Show(const std::string& line, const std::string& daemon = "zebra") {
+        return support::RunProgram({kVtysh, "-d", daemon, "-c", line}).out;
+    }
+
+    // The lines of the running configuration that begin so.
+    static std::string Configured(const std::string& beginning) {
+        const std::string text = "\n" + Show("show running-config");
+        std::string found;
+        for (std::size_t start = 0; (start = text.find("\n" + beginning, start)) != text.npos; ++start) {
+            found += text.substr(start + 1, text.find('\n', start + 1) - start);
+        }
+        return found;
+    }
+
+    // From now on a recorder answers in the daemons' place, with these texts in turn.
+    static void Answer(const std::vector<support::Answer>& answers) {
+        support::Record(kVtysh);
+        for (const support::Answer& answer : answers) {
+            support::Queue(kVtysh, answer);
+        }
+    }
+
+    static void MakePassive() {
+        support::WriteFile("/mnt/main/etc/sk_nums", "FO_PARAMS=\"cluster\"\n");
+        support::WriteFile(kClusterState, "state\n1\n");
+    }
+};
