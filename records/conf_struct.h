@@ -29,6 +29,7 @@ public:
     bool AddInterface(const std::string& name, const InterfaceEntry& entry, bool replace);
     const InterfaceMap& Interfaces() const { return interfaces; }
     const std::string& HostName() const { return host_name; }
+    const std::string& DefaultDhcpMetric() const { return default_dhcp_metric; }
 
 protected:
     bool ParseValue(const std::string& key, const std::string& value) override;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/guards.h"
 #include "tests/support/appliance.h"
 
 #include <string>
@@ -18,6 +19,14 @@ protected:
         const support::Result result =
             support::RunProgram({SOURCE_FOLDER "/reference/routing/install", BUILD_FOLDER});
         EXPECT_EQ(result.status, 0) << result.err;
+        WriteRecord("common.conf", "");
+        WriteRecord("local.conf", "");
+    }
+
+    static void WriteRecord(const std::string& name, const std::string& text) {
+        const std::string path = "/mnt/main/etc/" + name;
+        support::WriteFile(path, text);
+        ASSERT_TRUE(corvanshell::UpdateGuardFile("/mnt/main/etc/settings.crg", 1, path.c_str(), nullptr));
     }
 
     // Runs lines of a daemon's configuration mode in the stand-in.

@@ -1,0 +1,75 @@
+#include "commands/routing/route_show.h"
+
+#include "commands/arguments.h"
+#include "commands/routing/route_listing.h"
+#include "commands/routing/route_store.h"
+#include "commands/routing/tables.h"
+#include "front/probes/cluster.h"
+#include "platform/console.h"
+#include "platform/log.h"
+#include "platform/processes.h"
+
+#include <cstdio>
+#include <libintl.h>
+
+namespace routing {
+namespace {
+
+void Print(const std::string& text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);
+}
+
+bool Fail(const char* message) {
+    shell_print_error("%s", gettext(message));
+    return false;
+}
+
+} // namespace
+
+bool ShowRouting() {
+    if (IsDisabledOnPassiveNode(gettext(kFeature)))
+        return false;
+    std::string output;
+    if (corvanshell::run("/sbin/ip route show 0.0.0.0/0", output) != 0 || output.empty())
+        shell_print_warning(gettext("the default route is not set, this could prevent from the reliable mode "
+                                    "of operation"));
+    return BaseExec::run("/usr/bin/vtysh -d zebra -c \"show ip route\" | /sbin/textpager.sh -") == 0;
+}
+
+bool ShowStaticRoutes() {
+    if (IsDisabledOnPassiveNode(gettext(kFeature)))
+        return false;
+    shell_log_info("command: inet show routing static");
+    const RouteStore store;
+    const std::string text = FormatTables(store.All(), GetTableNumbers());
+    Print(text.empty() ? std::string(gettext("No static routes defined")) + "\n" : text);
+    return true;
+}
+
+bool ShowRouteTable(const std::string& number) {
+    if (IsDisabledOnPassiveNode(gettext(kFeature)) ||
+        !arguments::Check({{number, arguments::IsNumber, "table number"}}))
+        return false;
+    const RouteStore store;
+    if (!TableHasRoutes(number))
+        return Fail("Failed to show static route. Routes don't exist in this table.");
+    Print(JoinLines(FormatRoutes(store.All(), number)));
+    return true;
+}
+
+bool ShowRouteTableByName(const std::string& name) {
+    if (IsDisabledOnPassiveNode(gettext(kFeature)) ||
+        !arguments::Check({{name, arguments::IsName, "table name", true}}))
+        return false;
+    const RouteStore store;
+    const std::string number = GetTableNumber(name);
+    if (!name.empty() && !TableNameMatches(number, name))
+        return Fail("Failed to show static route. Table name doesn't match table number.");
+    if (!TableHasRoutes(number))
+        return Fail("Failed to show static route. Routes doesn't exist in this table.");
+    Print(JoinLines(FormatRoutes(store.All(), number)));
+    return true;
+}
+
+} // namespace routing
