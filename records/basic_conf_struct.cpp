@@ -63,17 +63,18 @@ bool BasicConfStruct::GetFlag(const char* name) const {
     return flag != flags.end() && flag->second;
 }
 
-void BasicConfStruct::Read() {
+bool BasicConfStruct::Read() {
     if (!IsSettingsSetWhole())
-        return;
+        return false;
     lock_tool::FileLock lock(path_list::settings_lock);
     if (!lock.AcquireShared(settings_lock_timeout, true)) {
         shell_print_error("settings file is locked by another process, please try later");
-        return;
+        return false;
     }
     if (check)
         WaitForLockFile();
     ReadFile(ReadablePath());
+    return true;
 }
 
 void BasicConfStruct::WaitForLockFile() const {

@@ -31,7 +31,8 @@ public:
     // False for an unknown flag, which is not added.
     virtual bool GetFlag(const char* name) const;
 
-    void Read();
+    // False when the file was not read: its guard does not agree, or the lock is not granted.
+    bool Read();
 
 protected:
     using Words = std::vector<std::string>;

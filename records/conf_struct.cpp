@@ -95,7 +95,7 @@ CConfStruct::CConfStruct(const std::string& file, bool guarded) : BasicConfStruc
     for (const DefaultFlag& flag : kDefaultFlags)
         CConfStruct::SetFlag(flag.name, flag.on);
     try {
-        Read();
+        whole = Read();
     } catch (const std::exception&) {
         std::cerr << "ReadConf exception\n";
     }

@@ -19,6 +19,9 @@ public:
     // error stream and leaves what was read so far.
     CConfStruct(const std::string& path, bool check);
 
+    // Whether the file was read to its end. A command must not write a record that holds less than the file.
+    bool IsWhole() const { return whole; }
+
     [[nodiscard]] bool Write() override;
     // Refuses to switch on a service that the present mode or licence forbids.
     bool SetFlag(const char* name, bool on) override;
@@ -27,9 +30,16 @@ public:
     [[nodiscard]] bool FindInterface(const std::string& name, InterfaceEntry& entry) const;
     // False when the interface exists and `replace` is not set.
     bool AddInterface(const std::string& name, const InterfaceEntry& entry, bool replace);
+    void RemoveInterface(const std::string& name) { interfaces.erase(name); }
     const InterfaceMap& Interfaces() const { return interfaces; }
     const std::string& HostName() const { return host_name; }
     const std::string& DefaultDhcpMetric() const { return default_dhcp_metric; }
+
+    void SetDefaultDhcpMetric(const std::string& metric) { default_dhcp_metric = metric; }
+    // Whether the Wi-Fi role is access point, not client.
+    bool IsWifiServer() const { return wifi_server; }
+    void SetVlanComment(const std::string& id, const std::string& comment) { vlan_comments[id] = comment; }
+    void RemoveVlanComment(const std::string& id) { vlan_comments.erase(id); }
 
 protected:
     bool ParseValue(const std::string& key, const std::string& value) override;
@@ -44,6 +54,7 @@ private:
     void ReadAll();
     void WriteAll(std::ostream& output) const;
 
+    bool whole = false;
     std::string host_name;
     std::string default_dhcp_metric = "70";
     std::string usb_modem_metric;

@@ -1,10 +1,13 @@
 #include "records/interface_entry.h"
 
+#include <algorithm>
 #include <boost/algorithm/string/case_conv.hpp>
 #include <boost/algorithm/string/predicate.hpp>
 #include <boost/lexical_cast.hpp>
 #include <functional>
+#include <initializer_list>
 #include <ostream>
+#include <string_view>
 
 namespace corvanshell {
 namespace {
@@ -19,15 +22,43 @@ struct Field {
     void (*set)(InterfaceEntry& entry, const std::string& value, const Words& tokens);
     // The text behind the key.
     std::string (*get)(const InterfaceEntry& entry);
-    bool (*is_written)(const InterfaceEntry& entry);
+    bool (*is_written)(const std::string& name, const InterfaceEntry& entry);
 };
 
-bool Always(const InterfaceEntry& /*entry*/) {
+bool Always(const std::string& /*name*/, const InterfaceEntry& /*entry*/) {
     return true;
 }
 
-bool IsVlan(const InterfaceEntry& entry) {
+bool IsVlan(const std::string& /*name*/, const InterfaceEntry& entry) {
     return !entry.vlan.empty();
+}
+
+bool HasMaster(const std::string& /*name*/, const InterfaceEntry& entry) {
+    return !entry.master.empty();
+}
+
+bool HasMiimon(const std::string& name, const InterfaceEntry& entry) {
+    unsigned long interval = 0;
+    return IsBond(name, entry) && boost::conversion::try_lexical_convert(entry.bonding_miimon, interval) &&
+           interval >= 1 && interval <= 1000;
+}
+
+bool IsModeOneOf(const InterfaceEntry& entry, std::initializer_list<std::string_view> modes) {
+    return std::find(modes.begin(), modes.end(), entry.bonding_mode) != modes.end();
+}
+
+bool IsAggregation(const std::string& name, const InterfaceEntry& entry) {
+    return IsBond(name, entry) && IsModeOneOf(entry, {"802.3ad"});
+}
+
+bool HasHashPolicy(const std::string& name, const InterfaceEntry& entry) {
+    return IsBond(name, entry) && IsModeOneOf(entry, {"802.3ad", "balance-xor"});
+}
+
+// No command selects "balance-alb", and a file that holds it is honoured.
+bool HasPrimary(const std::string& name, const InterfaceEntry& entry) {
+    return IsBond(name, entry) && IsModeOneOf(entry, {"balance-tlb", "balance-alb", "active-backup"}) &&
+           entry.bonding_primary != "none";
 }
 
 bool ReadSwitch(const std::string& value) {
@@ -128,13 +159,46 @@ constexpr Field kFields[] = {
      Always},
     {"DHCP_METRIC", "_DHCP_METRIC\t", SetText<&InterfaceEntry::dhcp_metric>,
      GetText<&InterfaceEntry::dhcp_metric>, Always},
+    {"MASTER", "_MASTER\t", SetLower<&InterfaceEntry::master>, GetText<&InterfaceEntry::master>, HasMaster},
+    {"BONDING_MODE", "_BONDING_MODE\t", SetText<&InterfaceEntry::bonding_mode>,
+     GetText<&InterfaceEntry::bonding_mode>, IsBond},
+    {"BONDING_MIIMON", "_BONDING_MIIMON\t", SetText<&InterfaceEntry::bonding_miimon>,
+     GetText<&InterfaceEntry::bonding_miimon>, HasMiimon},
+    {"BONDING_AD_SELECT", "_BONDING_AD_SELECT\t", SetText<&InterfaceEntry::bonding_ad_select>,
+     GetText<&InterfaceEntry::bonding_ad_select>, IsAggregation},
+    {"BONDING_LACP_RATE", "_BONDING_LACP_RATE\t", SetText<&InterfaceEntry::bonding_lacp_rate>,
+     GetText<&InterfaceEntry::bonding_lacp_rate>, IsAggregation},
+    {"BONDING_PRIMARY", "_BONDING_PRIMARY\t", SetLower<&InterfaceEntry::bonding_primary>,
+     GetText<&InterfaceEntry::bonding_primary>, HasPrimary},
+    {"BONDING_XMIT_HASH_POLICY", "_BONDING_XMIT_HASH_POLICY\t",
+     SetText<&InterfaceEntry::bonding_xmit_hash_policy>, GetText<&InterfaceEntry::bonding_xmit_hash_policy>,
+     HasHashPolicy},
 };
 
 } // namespace
 
+bool IsDhcpConfigured(const InterfaceEntry& entry) {
+    return entry.address == kDhcpAddress;
+}
+
+bool HasAddress(const InterfaceEntry& entry) {
+    return !entry.address.empty() && entry.address != "0.0.0.0";
+}
+
+void ClearAddresses(InterfaceEntry& entry) {
+    for (std::string* text : {&entry.address, &entry.netmask, &entry.broadcast})
+        text->clear();
+    for (Words* list : {&entry.alias_addresses, &entry.alias_netmasks, &entry.alias_broadcasts})
+        list->clear();
+}
+
+bool IsBond(const std::string& name, const InterfaceEntry& entry) {
+    return !name.empty() && entry.master == name;
+}
+
 InterfaceEntry MakeInterfaceEntry() {
     InterfaceEntry entry;
-    entry.interface_class = "access";
+    entry.interface_class = kAccessClass;
     entry.speed = "auto";
     entry.autoneg = "on";
     entry.mtu = "auto";
@@ -176,7 +240,7 @@ void Normalise(InterfaceEntry& entry) {
 void WriteInterface(std::ostream& output, const std::string& name, const InterfaceEntry& entry) {
     const std::string prefix = boost::to_upper_copy(name);
     for (const Field& row : kFields) {
-        if (row.is_written(entry))
+        if (row.is_written(name, entry))
             output << prefix << row.written << row.get(entry) << '\n';
     }
 }

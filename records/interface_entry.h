@@ -28,7 +28,29 @@ struct InterfaceEntry {
     bool dhcp_dns = false;
     bool dhcp_ntp = false;
     std::string dhcp_metric;
+    // The bond that the interface belongs to; a bond has its own name here.
+    std::string master;
+    std::string bonding_mode; // the options of a bond, by their own names
+    std::string bonding_miimon;
+    std::string bonding_ad_select;
+    std::string bonding_lacp_rate;
+    std::string bonding_primary; // a slave's name, "none" or ""
+    std::string bonding_xmit_hash_policy;
 };
+
+// Words in the place of an address or a class.
+inline const std::string kDhcpAddress = "dhcp";
+inline const std::string kAccessClass = "access";
+inline const std::string kTrunkClass = "trunk";
+inline const std::string kSlaveClass = "slave";
+
+bool IsDhcpConfigured(const InterfaceEntry& entry);
+// Whether it has an address, "dhcp" among them.
+bool HasAddress(const InterfaceEntry& entry);
+// Forgets address, netmask and broadcast, and those of the aliases.
+void ClearAddresses(InterfaceEntry& entry);
+// Whether the entry of that name is a bond.
+bool IsBond(const std::string& name, const InterfaceEntry& entry);
 
 // What a new interface starts with: class "access", down, no address, link settings left to the hardware.
 InterfaceEntry MakeInterfaceEntry();

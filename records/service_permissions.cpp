@@ -14,6 +14,14 @@ namespace {
 constexpr const char* kSingleOnlyList = "/etc/single_only";
 constexpr const char* kMultiDiskOnlyList = "/etc/multi_disk_only";
 
+bool IsForbiddenInCluster(const ServiceRestrictions& restrictions, const std::string& service) {
+    return GetClusterMode() != 0 && restrictions.single_only.contains(service);
+}
+
+bool IsUnlicensed(const ServiceRestrictions& restrictions, const std::string& service) {
+    return restrictions.multi_disk_only.contains(service) && !is_service_licensed(service);
+}
+
 bool Refuse(const std::string& text) {
     shell_log_info("%s", text.c_str());
     std::cout << text << std::endl;
@@ -42,10 +50,14 @@ void ReadRestrictions(ServiceRestrictions& restrictions) {
     ReadRestrictedList(restrictions.multi_disk_only, kMultiDiskOnlyList);
 }
 
+bool IsServiceRestricted(const ServiceRestrictions& restrictions, const std::string& service) {
+    return IsForbiddenInCluster(restrictions, service) || IsUnlicensed(restrictions, service);
+}
+
 bool IsServicePermitted(const ServiceRestrictions& restrictions, const std::string& service) {
-    if (GetClusterMode() != 0 && restrictions.single_only.contains(service))
+    if (IsForbiddenInCluster(restrictions, service))
         return Refuse(gettext("Can't turn on ") + service + gettext(" service in cluster mode"));
-    if (restrictions.multi_disk_only.contains(service) && !is_service_licensed(service))
+    if (IsUnlicensed(restrictions, service))
         return Refuse(gettext("Your appliance is not allowed to run this service."));
     return true;
 }

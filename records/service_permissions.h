@@ -18,6 +18,9 @@ void ReadRestrictedList(std::set<std::string>& services, const std::string& path
 // Reads both of the appliance's lists.
 void ReadRestrictions(ServiceRestrictions& restrictions);
 
+// Whether a list forbids the service here, asked without a word.
+[[nodiscard]] bool IsServiceRestricted(const ServiceRestrictions& restrictions, const std::string& service);
+
 // Whether the service may be switched on. A refusal is logged and told on standard output.
 [[nodiscard]] bool IsServicePermitted(const ServiceRestrictions& restrictions, const std::string& service);
 
