@@ -1,0 +1,201 @@
+#include "commands/l2overip/configuration.h"
+
+#include "commands/arguments.h"
+#include "commands/l2overip/driver.h"
+#include "commands/l2overip/outcome.h"
+#include "platform/console.h"
+#include "platform/guards.h"
+#include "platform/log.h"
+#include "platform/path_list.h"
+
+#include <arpa/inet.h>
+#include <boost/algorithm/string/trim.hpp>
+#include <boost/program_options/parsers.hpp>
+#include <cerrno>
+#include <cstring>
+#include <exception>
+#include <fstream>
+#include <libintl.h>
+#include <stdexcept>
+#include <system_error>
+#include <unistd.h>
+
+namespace {
+
+constexpr const char* kGroup = "options.";
+constexpr const char* kSwitchMode = "switch";
+constexpr const char* kNoDevice = "none";
+
+struct Option {
+    const char* name;
+    std::string L2OverIpConfig::*value;
+    bool has_line; // a line of its own in the file
+};
+
+// In the order of the lines.
+constexpr Option kOptions[] = {
+    {"mode", &L2OverIpConfig::mode, true},
+    {"mac_ttl", &L2OverIpConfig::mac_ttl, true},
+    {"device", &L2OverIpConfig::device, true},
+    {"unsolicited_frames", &L2OverIpConfig::unsolicited_frames, true},
+    {"local_num", &L2OverIpConfig::local_num, false},
+    {"local_ip", &L2OverIpConfig::local_ip, false},
+};
+
+const Option* FindOption(const std::string& name) {
+    for (const Option& option : kOptions) {
+        if (name == option.name)
+            return &option;
+    }
+    return nullptr;
+}
+
+struct Port {
+    unsigned long number;
+    std::string address;
+};
+
+// "<number>, <address>"
+Port ParsePort(const std::string& key, const std::string& value) {
+    const std::size_t comma = value.find(',');
+    if (comma != std::string::npos) {
+        const std::string number = boost::trim_copy(value.substr(0, comma));
+        const std::string address = boost::trim_copy(value.substr(comma + 1));
+        if (arguments::IsNumber(number) && arguments::IsAddress(address))
+            return {std::stoul(number), address};
+    }
+    throw std::runtime_error(key + " = " + value + ": no number and address");
+}
+
+void SetValue(L2OverIpConfig& config, const std::string& key, const std::string& value) {
+    const Option* const option = FindOption(key);
+    if (option != nullptr && option->has_line) {
+        config.*option->value = value;
+    } else if (key == "local_port") {
+        const Port port = ParsePort(key, value);
+        config.local_num = std::to_string(port.number);
+        config.local_ip = port.address;
+    } else if (key == "remote_port") {
+        const Port port = ParsePort(key, value);
+        config.remote_ports[port.number] = port.address;
+    }
+}
+
+// Throws what is wrong with the file.
+L2OverIpConfig ReadFile() {
+    namespace options = boost::program_options;
+    std::ifstream input(path_list::l2overip);
+    if (!input)
+        throw std::runtime_error(std::strerror(errno));
+    L2OverIpConfig config;
+    const options::options_description any;
+    for (const auto& option : options::parse_config_file(input, any, true).options) {
+        std::string key = option.string_key;
+        if (key.starts_with(kGroup))
+            key.erase(0, std::strlen(kGroup));
+        SetValue(config, key, option.value.empty() ? "" : option.value.front());
+    }
+    return config;
+}
+
+void WriteLines(std::ostream& output, const L2OverIpConfig& config) {
+    for (const Option& option : kOptions) {
+        const std::string& value = config.*option.value;
+        if (option.has_line && !value.empty())
+            output << option.name << " = " << value << '\n';
+    }
+    if (!config.local_num.empty() && !config.local_ip.empty())
+        output << "local_port = " << config.local_num << ", " << config.local_ip << '\n';
+    for (const auto& [number, address] : config.remote_ports)
+        output << "remote_port = " << number << ", " << address << '\n';
+}
+
+bool UpdateGuard() {
+    try {
+        CHCRG::SaveCrgToFile(path_list::l2overip.c_str(), path_list::l2overip_guard.c_str());
+        return true;
+    } catch (const std::exception&) {
+        shell_print_error("%s%s", gettext("Failed to save the checksum for file l2overip.conf. "),
+                          gettext("Your files may appear corrupt.\n"));
+        shell_log_error("%s", gettext("Failed to save the checksum for file l2overip.conf."));
+        return false;
+    }
+}
+
+// What keeps the driver from working, "" when nothing does.
+std::string FindFault(const L2OverIpConfig& config) {
+    if (config.mode != kSwitchMode)
+        return gettext(": Mode is incorrect");
+    if (config.device.empty() || config.device == kNoDevice)
+        return gettext(": Interface is empty");
+    if (config.local_num.empty())
+        return gettext(": Local port num is empty");
+    if (config.local_ip.empty())
+        return gettext(": Local port IP is empty");
+    if (config.remote_ports.empty())
+        return gettext(": At least one remote port is required");
+    if (config.mac_ttl.empty())
+        return gettext(": MAC-TTL is empty");
+    return "";
+}
+
+} // namespace
+
+bool L2OverIpRead(L2OverIpConfig& config) {
+    const char* const prefix = gettext("<L2OverIP> Reading config");
+    try {
+        config = ReadFile();
+        return l2overip::Log(prefix, l2overip::Ok(), true);
+    } catch (const std::exception& error) {
+        const std::string outcome = l2overip::Failed(error.what());
+        shell_print_error("%s%s", gettext("Reading config failed"), outcome.c_str());
+        return l2overip::Log(prefix, outcome, false);
+    }
+}
+
+bool L2OverIpWrite(const L2OverIpConfig& config) {
+    const char* const prefix = gettext("<L2OverIP> Writing config");
+    std::ofstream output(path_list::l2overip, std::ios::trunc);
+    if (output) {
+        WriteLines(output, config);
+        output.close();
+    }
+    if (!output) {
+        const std::string outcome = l2overip::Failed(std::strerror(errno));
+        shell_print_error("%s%s", gettext("Writing config failed"), outcome.c_str());
+        return l2overip::Log(prefix, outcome, false);
+    }
+    l2overip::Log(prefix, l2overip::Ok(), true);
+    return (!L2OverIpDriverConfigured() || L2OverIpReconfigure()) && UpdateGuard();
+}
+
+std::string L2OverIpGet(const L2OverIpConfig& config, const std::string& name) {
+    const Option* const option = FindOption(name);
+    return option != nullptr ? config.*option->value : "";
+}
+
+bool L2OverIpCheck(const L2OverIpConfig& config) {
+    const char* const prefix = gettext("<L2OverIP> Check config correctness");
+    const std::string fault = FindFault(config);
+    if (fault.empty())
+        return l2overip::Log(prefix, gettext(": All OK"), true);
+    shell_print_error("%s", fault.c_str());
+    shell_print_error("%s", gettext("Error in config, please correct"));
+    return l2overip::Log(prefix, fault, false);
+}
+
+bool IsL2OverIpSwitchOn(const std::string& interface) {
+    L2OverIpConfig config;
+    return L2OverIpEnabled() && access(path_list::l2overip.c_str(), R_OK) == 0 && L2OverIpRead(config) &&
+           L2OverIpGet(config, "device") == interface && L2OverIpGet(config, "mode") == kSwitchMode;
+}
+
+bool IsBroadcastLike(const std::string& address) {
+    in_addr parsed{};
+    if (inet_pton(AF_INET, address.c_str(), &parsed) != 1)
+        throw std::system_error(EINVAL, std::generic_category(), address);
+    const std::uint32_t number = ntohl(parsed.s_addr);
+    const std::uint32_t first = number >> 24;
+    const std::uint32_t last = number & 0xff;
+    return (first >= 224 && first <= 239) || last == 0 || last == 255 || first == 255;
+}
