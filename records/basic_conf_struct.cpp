@@ -64,7 +64,7 @@ bool BasicConfStruct::GetFlag(const char* name) const {
 }
 
 bool BasicConfStruct::Read() {
-    if (!IsSettingsSetWhole())
+    if (guards_enabled && !IsSettingsSetWhole())
         return false;
     lock_tool::FileLock lock(path_list::settings_lock);
     if (!lock.AcquireShared(settings_lock_timeout, true)) {
@@ -89,7 +89,7 @@ void BasicConfStruct::WaitForLockFile() const {
 
 // The file itself, or its default version when the file does not match its guard.
 std::string BasicConfStruct::ReadablePath() const {
-    if (!check)
+    if (!check || !guards_enabled)
         return path;
     try {
         PwdGen::PWDGCheckCrgOfFile(path.c_str(), (path + kGuardSuffix).c_str());

@@ -34,6 +34,9 @@ public:
     // False when the file was not read: its guard does not agree, or the lock is not granted.
     bool Read();
 
+    // From now on this process reads records as they are: a saved settings tree has no guards.
+    static void DisableGuards() { guards_enabled = false; }
+
 protected:
     using Words = std::vector<std::string>;
 
@@ -56,6 +59,8 @@ protected:
     std::map<std::string, bool> flags;
 
 private:
+    static inline bool guards_enabled = true;
+
     void ParseEntry(const std::string& line);
     void WaitForLockFile() const;
     std::string ReadablePath() const;

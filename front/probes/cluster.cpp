@@ -1,5 +1,6 @@
 #include "front/probes/cluster.h"
 
+#include "front/probes/stream.h"
 #include "platform/console.h"
 #include "platform/log.h"
 #include "platform/path_list.h"
@@ -10,14 +11,11 @@
 #include <cstring>
 #include <fstream>
 #include <libintl.h>
-#include <memory>
 
 namespace {
 
 constexpr const char* kStateFile = "/var/spool/corvan/failoverstat";
 constexpr std::size_t kLineSize = 2048;
-
-using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 // The numbers are part of the texts that administrators search their logs for.
 enum StateStep { kOpen = 77, kFirstLine = 85, kSecondLine = 93, kNumber = 101 };
@@ -46,7 +44,7 @@ bool TakeValue(const std::string& line, const std::string& name, std::string& va
 bool IsClusterActive() {
     char line[kLineSize];
     unsigned state = 0;
-    const Stream file(std::fopen(kStateFile, "re"), std::fclose);
+    const Stream file(std::fopen(kStateFile, "re"));
     if (file == nullptr)
         return LogStateFailure(kOpen);
     if (std::fgets(line, sizeof line, file.get()) == nullptr)

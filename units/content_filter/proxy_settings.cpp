@@ -1,5 +1,6 @@
 #include "units/content_filter/proxy_settings.h"
 
+#include "front/probes/stream.h"
 #include "front/unit_query.h"
 #include "platform/console.h"
 #include "units/content_filter/defaults.h"
@@ -8,12 +9,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
 namespace settings::content_filter {
 namespace {
-
-using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 std::string ConfigurationPath() {
     return std::string("/etc/squid/") + kContentFilterUnit + ".conf";
@@ -95,7 +93,7 @@ bool ReportFailure() {
 } // namespace
 
 bool WriteProxySettings(const File& file) {
-    Stream out(std::fopen(ConfigurationPath().c_str(), "we"), std::fclose);
+    Stream out(std::fopen(ConfigurationPath().c_str(), "we"));
     if (out == nullptr)
         return ReportFailure();
     if (!IsContentFilterOn(file))

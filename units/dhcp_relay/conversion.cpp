@@ -1,11 +1,11 @@
 #include "units/dhcp_relay/conversion.h"
 
+#include "front/probes/stream.h"
 #include "front/unit_query.h"
 #include "platform/console.h"
 #include "settings/file.h"
 #include "settings/text.h"
 #include "units/dhcp_relay/lookup.h"
-#include "units/dhcp_relay/stream.h"
 
 #include <cerrno>
 #include <cstring>

@@ -1,5 +1,6 @@
 #include "units/dhcp_relay/daemon_settings.h"
 
+#include "front/probes/stream.h"
 #include "platform/console.h"
 #include "platform/path_list.h"
 #include "records/conf_struct.h"
@@ -7,7 +8,6 @@
 #include "units/dhcp_relay/lookup.h"
 #include "units/dhcp_relay/relay_knob.h"
 #include "units/dhcp_relay/servers.h"
-#include "units/dhcp_relay/stream.h"
 
 #include <algorithm>
 #include <cerrno>

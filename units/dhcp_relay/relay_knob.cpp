@@ -1,8 +1,8 @@
 #include "units/dhcp_relay/relay_knob.h"
 
+#include "front/probes/stream.h"
 #include "platform/console.h"
 #include "units/dhcp_relay/lookup.h"
-#include "units/dhcp_relay/stream.h"
 
 #include <cerrno>
 #include <cstdlib>

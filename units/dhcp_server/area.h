@@ -87,6 +87,8 @@ private:
 class RemoteSubnet : public Subnet {
 public:
     RemoteSubnet(const std::string& address, const std::string& netmask);
+    const std::string& Address() const { return address_; }
+    const std::string& Netmask() const { return netmask_; }
     NodeSet Select(const File& file, const char* tail) const override;
 
 private:

@@ -209,6 +209,14 @@ bool WriteTree(TreeWriter& writer, const Area& area) {
     return passed;
 }
 
+bool WriteHostBlock(TreeWriter& writer, Node node) {
+    if (!node)
+        return true;
+    Host host(node.GetAttr("name"));
+    host.Bind(node, nullptr);
+    return WriteReadableHost(writer, host, node);
+}
+
 bool GenerateDaemonSettings(const File& file, std::FILE* out, const Area& area) {
     TreeWriter writer(file, out, true);
     const Node node = area.GetNode(file);

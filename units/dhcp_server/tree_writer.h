@@ -25,6 +25,9 @@ struct TreeWriter {
 // fault and is false when there was one; what could be written is written all the same.
 [[nodiscard]] bool GenerateDaemonSettings(const File& file, std::FILE* out, const Area& area);
 
+// Writes one host with its head, in the form that an administrator reads; nothing for a null node.
+[[nodiscard]] bool WriteHostBlock(TreeWriter& writer, Node host);
+
 // Walks what stands below the area, in the form and from the depth that the writer has.
 [[nodiscard]] bool WriteTree(TreeWriter& writer, const Area& area);
 

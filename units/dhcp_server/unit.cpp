@@ -1,29 +1,26 @@
 #include "units/dhcp_server/unit.h"
 
+#include "front/probes/stream.h"
 #include "front/unit_query.h"
 #include "platform/console.h"
-#include "platform/locks.h"
-#include "platform/pager.h"
-#include "platform/path_list.h"
 #include "settings/file.h"
 #include "units/dhcp_server/area.h"
+#include "units/dhcp_server/conversion.h"
 #include "units/dhcp_server/gates.h"
 #include "units/dhcp_server/interface_rules.h"
 #include "units/dhcp_server/paths.h"
+#include "units/dhcp_server/report.h"
 #include "units/dhcp_server/tree_writer.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
 namespace settings::dhcp_server {
 namespace {
 
-using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
-
 Stream OpenForWriting(const char* path, const char* failure) {
-    Stream stream(std::fopen(path, "we"), std::fclose);
+    Stream stream(std::fopen(path, "we"));
     if (stream == nullptr) {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
@@ -69,32 +66,17 @@ bool Required(File& file, const std::string& interface) {
 
 bool Print(File& file, const std::string& /*value*/) {
     file.Close();
-    shell_print_error("DHCP server: print is not available yet");
-    return false;
+    return PrintDhcpServer();
 }
 
-// Shows the settings file. The pager is waited for behind the lock, so that a reader at its prompt holds up
-// nobody.
 bool Dump(File& file, const std::string& /*value*/) {
     file.Close();
-    lock_tool::FileLock lock(kSettingsLock);
-    if (!lock.AcquireShared(settings_lock_timeout, true)) {
-        shell_print_error("settings file is locked by another process, please try later");
-        return false;
-    }
-    ShellPager pager;
-    if (pager.open() == nullptr)
-        return false;
-    const bool shown = pager.print_file(GetFilePath(kDhcpServerUnit));
-    lock.Release();
-    pager.wait();
-    return shown;
+    return DumpDhcpServer();
 }
 
-bool ConvertUdhcpdSettings(File& file, const std::string& /*path*/) {
+bool Convert(File& file, const std::string& path) {
     file.Close();
-    shell_print_error("DHCP server: convert-udhcpd-settings is not available yet");
-    return false;
+    return ConvertUdhcpdSettings(path);
 }
 
 struct QueryRow {
@@ -104,7 +86,7 @@ struct QueryRow {
 
 constexpr QueryRow kQueries[] = {
     {"check", Check}, {"update", Update}, {"required", Required},
-    {"print", Print}, {"dump", Dump},     {"convert-udhcpd-settings", ConvertUdhcpdSettings},
+    {"print", Print}, {"dump", Dump},     {"convert-udhcpd-settings", Convert},
 };
 
 bool RunQuery(File& file, const QueryPair& pair) {

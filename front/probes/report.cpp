@@ -1,0 +1,59 @@
+#include "front/probes/report.h"
+
+#include "platform/console.h"
+#include "platform/pager.h"
+#include "platform/path_list.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+bool LockForReading(lock_tool::FileLock& lock) {
+    if (lock.AcquireShared(settings_lock_timeout, true))
+        return true;
+    shell_print_error("settings file is locked by another process, please try later");
+    return false;
+}
+
+bool ShowFile(lock_tool::FileLock& lock, const std::string& path) {
+    ShellPager pager;
+    if (pager.open() == nullptr)
+        return false;
+    const bool shown = pager.print_file(path);
+    lock.Release();
+    pager.wait();
+    return shown;
+}
+
+Report::Report(const char* title, const char* name)
+    : title_(title), path_(std::string("/tmp/") + name + "-XXXXXX") {}
+
+Report::~Report() {
+    if (created_)
+        unlink(path_.c_str());
+}
+
+bool Report::ReportFailure(const char* what) const {
+    shell_print_error("%s: failed to %s temporary file: %s", title_, what, std::strerror(errno));
+    return false;
+}
+
+bool Report::Open() {
+    const int descriptor = mkostemp(path_.data(), O_CLOEXEC);
+    if (descriptor < 0)
+        return ReportFailure("create");
+    created_ = true;
+    stream_.reset(fdopen(descriptor, "w+"));
+    if (stream_ != nullptr)
+        return true;
+    close(descriptor);
+    return ReportFailure("access");
+}
+
+bool Report::Sync() {
+    std::FILE* out = stream_.get();
+    const bool written = std::fflush(out) == 0 && std::ferror(out) == 0 && fsync(fileno(out)) == 0;
+    return written || ReportFailure("write");
+}

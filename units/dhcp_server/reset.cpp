@@ -1,0 +1,54 @@
+#include "units/dhcp_server/reset.h"
+
+#include "front/unit_query.h"
+#include "platform/console.h"
+#include "units/dhcp_server/area.h"
+#include "units/dhcp_server/paths.h"
+#include "units/dhcp_server/single_options.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <unistd.h>
+
+namespace settings::dhcp_server {
+namespace {
+
+constexpr const char* kTenDays = "864000"; // seconds
+
+bool ReportFailure(const std::string& path, const char* what) {
+    shell_print_error("DHCP server: %s: failed to remove %s: %s", path.c_str(), what, std::strerror(errno));
+    return false;
+}
+
+bool RemoveFile(const std::string& path, const char* what) {
+    return unlink(path.c_str()) == 0 || errno == ENOENT || ReportFailure(path, what);
+}
+
+// Only the file's end is what there was of leases; the daemon wants the file itself to be there.
+bool EmptyLeases() {
+    std::FILE* leases = std::fopen(kLeaseDatabase, "we");
+    return leases != nullptr ? std::fclose(leases) == 0 : ReportFailure(kLeaseDatabase, "leases history");
+}
+
+bool MakeDefaultSettings() {
+    File file(kDhcpServerUnit, "");
+    if (!file.Load())
+        return true; // reported, and there is nothing to set the times in
+    const bool saved = file.Save();
+    const bool default_time = SetDefaultLeaseTime(Area(), kTenDays);
+    const bool max_time = SetMaxLeaseTime(Area(), kTenDays);
+    return saved && default_time && max_time;
+}
+
+} // namespace
+
+bool ResetDhcpServerSettings() {
+    bool done = RemoveFile(GetFilePath(kDhcpServerUnit), "settings file") && MakeDefaultSettings();
+    done = RemoveFile(kDaemonSettings, "daemon settings file") && done;
+    done = RemoveFile(kDaemonExtraSettings, "daemon listening interfaces file") && done;
+    return EmptyLeases() && done;
+}
+
+} // namespace settings::dhcp_server
