@@ -1,18 +1,19 @@
-// measure RUNS OUTPUT COMMAND ARG...
+// measure [--once] RUNS OUTPUT COMMAND ARG...
 //
-// Runs a command RUNS times after a first run that does not count, and prints "<wall> <peak>": the median of its
-// wall time in milliseconds and the largest resident memory of a run in KiB, both of the whole process as the
-// kernel accounts for it (wait4(2)). Its standard output goes to the file OUTPUT, its standard error away.
-
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
+// Runs a command RUNS times after a first run that does not count (--once: just once), and prints "<wall>
+// <peak>": the median of its wall time in milliseconds and the largest resident memory of a run in KiB, both
+// of the whole process as the kernel accounts for it (wait4(2)). Its standard output goes to the file OUTPUT,
+// its standard error away.
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -50,14 +51,19 @@ bool Measure(const char* output, char** command, Run& run) {
 } // namespace
 
 int main(int argc, char** argv) {
+    const bool once = argc > 1 && std::strcmp(argv[1], "--once") == 0;
+    if (once) {
+        ++argv;
+        --argc;
+    }
     const int runs = argc > 3 ? std::atoi(argv[1]) : 0;
     if (runs < 1) {
-        std::fputs("measure RUNS OUTPUT COMMAND ARG...\n", stderr);
+        std::fputs("measure [--once] RUNS OUTPUT COMMAND ARG...\n", stderr);
         return 2;
     }
     std::vector<double> times;
     long peak = 0;
-    for (int i = 0; i <= runs; ++i) {
+    for (int i = once ? runs : 0; i <= runs; ++i) {
         Run run = {};
         if (!Measure(argv[2], argv + 3, run))
             return 1;
