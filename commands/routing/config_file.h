@@ -1,0 +1,27 @@
+#pragma once
+
+#include "commands/routing/daemon.h"
+
+#include <functional>
+#include <string>
+
+// The files in which the routing daemons save their configuration: lines, and blocks of a header, item lines
+// that begin with a blank, and a line "!".
+
+namespace routing {
+
+inline constexpr const char* kZebraFile = "/etc/quagga/zebra.conf";
+
+// Hands each line to `take`, without its newline, until that gives false. What goes beyond 8191 bytes of a
+// line is left out. False, told on the terminal, when the file can't be opened or read.
+[[nodiscard]] bool ReadConfigFile(const char* path, const std::function<bool(const std::string&)>& take);
+
+// The lines of the first block that `is_header` takes. False when there is none.
+[[nodiscard]] bool ReadBlock(const char* path, const std::function<bool(const std::string&)>& is_header,
+                             Lines& block);
+
+// Whether the words of `part` stand in the line: what is in front of them and behind them is a blank or
+// nothing.
+bool HoldsWords(const std::string& line, const std::string& part);
+
+} // namespace routing

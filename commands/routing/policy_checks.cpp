@@ -1,0 +1,105 @@
+#include "commands/routing/policy_checks.h"
+
+#include "commands/arguments.h"
+#include "commands/routing/config_file.h"
+#include "commands/routing/daemon.h"
+#include "platform/console.h"
+#include "platform/processes.h"
+
+#include <algorithm>
+#include <libintl.h>
+
+namespace routing {
+namespace {
+
+// Behind a line, so that a search can tell a whole number from the beginning of a longer one.
+constexpr const char* kEndMark = "*";
+
+bool TablesHold(const std::string& text) {
+    Lines lines;
+    return Ask("/usr/bin/vtysh -c \"show tables static\"", lines) &&
+           std::any_of(lines.begin(), lines.end(),
+                       [&](const std::string& line) { return Contains(line, text); });
+}
+
+// The item lines of the rule in the saved configuration. False when it has no such rule.
+bool ReadRule(const std::string& header, Lines& items) {
+    return ReadBlock(
+        kZebraFile, [&](const std::string& line) { return line == header; }, items);
+}
+
+} // namespace
+
+std::string RuleHeader(const std::string& name, unsigned long priority) {
+    return "ip rule " + name + " " + std::to_string(priority);
+}
+
+bool IsRuleSlotFree(const std::string& name, unsigned long priority, const std::string& key) {
+    Lines lines;
+    if (!arguments::IsName(name) || !Ask("/usr/bin/vtysh -d zebra -c \"show ip policy " + name + "\"", lines))
+        return true;
+    const std::string header = RuleHeader(name, priority) + kEndMark;
+    auto line = std::find_if(lines.begin(), lines.end(), [&](const std::string& candidate) {
+        return Contains(candidate + kEndMark, header);
+    });
+    if (line == lines.end())
+        return true;
+    for (++line; line != lines.end() && !Contains(*line, "ip rule "); ++line) {
+        if (Contains(*line, " " + key + " "))
+            return false;
+    }
+    return true;
+}
+
+bool RuleHasItem(const std::string& header, const std::string& item) {
+    Lines items;
+    return ReadRule(header, items) && std::any_of(items.begin(), items.end(), [&](const std::string& line) {
+               return HoldsWords(line, item);
+           });
+}
+
+int CountRuleItems(const std::string& name, unsigned long priority) {
+    Lines items;
+    if (!ReadRule(RuleHeader(name, priority), items))
+        return 0;
+    return static_cast<int>(std::count_if(items.begin(), items.end(), [](const std::string& line) {
+        return Contains(line, " match ") || Contains(line, " set ");
+    }));
+}
+
+// /sbin/policy_routing rule_clear_name_number vpn 1024
+void RemoveEmptyRule(const std::string& name, unsigned long priority) {
+    Lines items;
+    if (!ReadRule(RuleHeader(name, priority), items) || !items.empty())
+        return;
+    if (shell_spawn("/sbin/policy_routing", "rule_clear_name_number", name.c_str(),
+                    std::to_string(priority).c_str(), nullptr) != 0)
+        shell_print_error(gettext("failed to delete inet policy %s."), name.c_str());
+}
+
+bool IsPolicyUnreferenced(const std::string& name) {
+    Lines lines;
+    if (!Ask("cat /etc/quagga/dgdd.conf", lines))
+        return true;
+    const std::string action = "route policy " + name + kEndMark;
+    return std::none_of(lines.begin(), lines.end(),
+                        [&](const std::string& line) { return Contains(line + kEndMark, action); });
+}
+
+bool CheckPolicyUnreferenced(const std::string& name) {
+    if (IsPolicyUnreferenced(name))
+        return true;
+    shell_print_error(
+        gettext("Can't delete this policy, because it is referenced by at least one dgd rule."));
+    return false;
+}
+
+bool TableNameExists(const std::string& table) {
+    return TablesHold("Table " + UpperCase(table) + " (ID");
+}
+
+bool TableNumberExists(const std::string& number) {
+    return TablesHold("(ID " + number + ")");
+}
+
+} // namespace routing

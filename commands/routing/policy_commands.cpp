@@ -1,0 +1,146 @@
+#include "commands/routing/policy_commands.h"
+
+#include "commands/arguments.h"
+#include "commands/routing/daemon.h"
+#include "commands/routing/policy_checks.h"
+#include "commands/routing/policy_line.h"
+#include "commands/routing/policy_show.h"
+#include "front/probes/cluster.h"
+#include "platform/console.h"
+#include "platform/log.h"
+#include "platform/path_list.h"
+#include "platform/processes.h"
+
+#include <libintl.h>
+
+namespace routing {
+namespace {
+
+// A status that no daemon gave: the program could not be run, or a signal ended it.
+constexpr int kNotRun = 126;
+
+bool IsRefusedHere() {
+    return IsDisabledOnPassiveNode(gettext(kPolicyFeature));
+}
+
+bool CheckName(const std::string& name) {
+    return arguments::Check({{name, arguments::IsName, "policy name"}});
+}
+
+// Runs a line under the settings lock. False when the lock is refused.
+bool RunLocked(const std::string& line, int& status) {
+    lock_tool::FileLock lock(path_list::settings_lock);
+    if (!LockSettings(lock))
+        return false;
+    std::string output;
+    status = corvanshell::run(line.c_str(), output);
+    return true;
+}
+
+bool NoSuchPolicy(const std::string& name) {
+    shell_print_error(gettext("Inet policy %s does not exist"), name.c_str());
+    return false;
+}
+
+// `priority` is "" for all rules of the policy.
+bool ConfirmClear(const std::string& name, const std::string& priority) {
+    if (IsRefusedHere() || !CheckName(name) || !CheckPolicyUnreferenced(name) || !ShowPolicy(name, priority))
+        return false;
+    if (shell_get_user_confirmation(gettext("Delete all policy rules?")) != 0)
+        return true;
+    shell_print_info(gettext("Command canceled by user"));
+    return false;
+}
+
+} // namespace
+
+// /sbin/policy_routing rule_clear_name vpn
+bool PolicyRuleClear(const std::string& name) {
+    shell_log_info("command: inet policy rule clear %s", name.c_str());
+    int status = 0;
+    if (!ConfirmClear(name, "") || !RunLocked("/sbin/policy_routing rule_clear_name " + name, status))
+        return false;
+    if (status != 0)
+        return NoSuchPolicy(name);
+    shell_print_info(gettext("Inet policy %s was deleted"), name.c_str());
+    return true;
+}
+
+bool PolicyRuleClear(const std::string& name, unsigned long priority) {
+    shell_log_info("command: inet policy rule clear %s %lu", name.c_str(), priority);
+    int status = 0;
+    if (!ConfirmClear(name, std::to_string(priority)) ||
+        !RunLocked(PolicyLine("-c \"no " + RuleHeader(name, priority) + "\" "), status))
+        return false;
+    if (status >= kNotRun) {
+        shell_print_error(gettext("failed to clear policy rule"));
+        return false;
+    }
+    if (status != 0)
+        return NoSuchPolicy(name);
+    shell_print_info(gettext("Inet policy %s %lu was deleted"), name.c_str(), priority);
+    return true;
+}
+
+bool PolicyActivate(const std::string& name) {
+    shell_log_info("command: inet policy active %s", name.c_str());
+    int status = 0;
+    if (IsRefusedHere() || !CheckName(name) ||
+        !RunLocked(PolicyLine("-c \"ip policy " + name + "\" "), status))
+        return false;
+    if (status != 0)
+        return NoSuchPolicy(name);
+    shell_print_info(gettext("Inet policy active was set to %s"), name.c_str());
+    return true;
+}
+
+bool PolicyActivateDefault() {
+    shell_log_info("command: inet policy active default");
+    int status = 0;
+    if (IsRefusedHere() || !RunLocked(PolicyLine("-c \"ip policy default\" "), status))
+        return false;
+    if (status != 0) {
+        shell_print_error(gettext("failed to set policy active to default"));
+        return false;
+    }
+    shell_print_info(gettext("Inet policy active was set to default"));
+    return true;
+}
+
+bool ShowActivePolicy() {
+    constexpr const char* label = "Current IP policy:";
+    shell_log_info("command: inet show policy rule active");
+    if (IsRefusedHere())
+        return false;
+    Lines lines;
+    if (Ask("/usr/bin/vtysh -d \"zebra\" -c \"show ip policy\"", lines)) {
+        for (const std::string& line : lines) {
+            const std::size_t place = line.find(label);
+            const std::size_t name = place == std::string::npos
+                                         ? place
+                                         : line.find_first_not_of(" \r", place + std::string(label).size());
+            if (name == std::string::npos)
+                continue;
+            shell_print_info("Current IP policy: %s", line.substr(name).c_str());
+            return true;
+        }
+    }
+    shell_print_error(gettext("failed to show policy rule active."));
+    return false;
+}
+
+bool ShowPolicyRule(const std::string& name) {
+    shell_log_info("command: inet show policy rule %s", name.c_str());
+    return !IsRefusedHere() && CheckName(name) && ShowPolicy(name, "");
+}
+
+bool ShowPolicyRule(const std::string& name, unsigned long priority) {
+    return !IsRefusedHere() && CheckName(name) && ShowPolicy(name, std::to_string(priority));
+}
+
+bool ShowAllPolicyRules() {
+    shell_log_info("command: inet show policy rule all");
+    return !IsRefusedHere() && ShowPolicy("", "");
+}
+
+} // namespace routing

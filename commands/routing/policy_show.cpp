@@ -1,0 +1,165 @@
+#include "commands/routing/policy_show.h"
+
+#include "commands/routing/config_file.h"
+#include "commands/routing/dscp.h"
+#include "commands/routing/tables.h"
+#include "platform/console.h"
+#include "platform/pager.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <libintl.h>
+#include <vector>
+
+namespace routing {
+namespace {
+
+constexpr const char* kTitle = "Rule(Policy) Name Priority\n  Values\n";
+constexpr std::size_t kRuleLength = 79;
+constexpr const char* kIndent = "      ";
+constexpr const char* kHeader = "ip rule ";
+constexpr const char* kDefaultRule = "rule default 32766";
+constexpr const char* kMatch = "match ";
+
+struct Rule {
+    std::string header;
+    std::string name;
+    Lines items;
+};
+
+struct Policies {
+    std::vector<Rule> rules;
+    std::string active;
+};
+
+struct Tables {
+    bool are_known = false;
+    Lines lines;
+};
+
+std::string FirstWord(const std::string& text) {
+    return text.substr(0, text.find(' '));
+}
+
+bool IsWanted(const std::string& header, const std::string& name, const std::string& priority) {
+    return (name.empty() || Contains(header + " ", kHeader + name + " ")) &&
+           (priority.empty() || header.ends_with(" " + priority));
+}
+
+bool ReadPolicies(const std::string& name, const std::string& priority, Policies& policies) {
+    constexpr const char* active = "ip policy ";
+    bool wanted = false;
+    return ReadConfigFile(kZebraFile, [&](const std::string& line) {
+        if (line.starts_with(active)) {
+            policies.active = FirstWord(line.substr(std::string(active).size()));
+        } else if (line.starts_with(kHeader)) {
+            wanted = IsWanted(line, name, priority);
+            if (wanted)
+                policies.rules.push_back({line, FirstWord(line.substr(std::string(kHeader).size())), {}});
+        } else if (line.starts_with('!')) {
+            wanted = false;
+        } else if (wanted) {
+            policies.rules.back().items.push_back(line);
+        }
+        return true;
+    });
+}
+
+// "table VPN" -> "table VPN (5)"
+std::string FormatTable(const std::string& name, const Tables& tables) {
+    if (name == "MAIN")
+        return "table 254 (default)";
+    for (const std::string& line : tables.lines) {
+        if (Contains(line, "Table " + name + " (ID "))
+            return "table " + name + " (" + TakeTableNumber(line) + ")";
+    }
+    if (tables.are_known)
+        shell_print_error(gettext("failed to find table with name %s"), name.c_str());
+    return "table " + name;
+}
+
+// "184" -> "match dscp 0xB8 (EF)"
+std::string FormatDscp(const std::string& decimal) {
+    const int value = static_cast<int>(std::strtol(decimal.c_str(), nullptr, 10));
+    const std::string name = DscpClass(value);
+    return "match dscp " + DscpNotation(value) + (name.empty() ? "" : " (" + name + ")");
+}
+
+// The item as the commands spell it.
+std::string FormatItem(const std::string& line, const Tables& tables) {
+    const auto behind = [](const std::string& text, const std::string& word, std::string& rest) {
+        if (!text.starts_with(word))
+            return false;
+        rest = text.substr(word.size());
+        return true;
+    };
+    std::string text = line.substr(std::min(line.find_first_not_of(' '), line.size()));
+    std::string rest;
+    if (behind(text, "set ", rest))
+        text = rest;
+    if (text == "blackhole")
+        return "block";
+    if (behind(text, "table ", rest))
+        return FormatTable(rest, tables);
+    if (behind(text, "match tos ", rest))
+        return FormatDscp(rest);
+    if (text.starts_with("match from ") || text.starts_with("match to "))
+        text.insert(std::string(kMatch).size(), "address ");
+    return text;
+}
+
+std::string FormatHeader(const Rule& rule) {
+    if (Contains(rule.header, kDefaultRule))
+        return "rule default\n";
+    return corvanshell::WrapStr(rule.header.substr(3)) + "\n";
+}
+
+std::string FormatPolicies(const Policies& policies) {
+    Tables tables;
+    tables.are_known = ListTables(tables.lines);
+    if (!tables.are_known)
+        shell_print_error(gettext("failed to get table number"));
+    std::string text = kTitle + std::string(kRuleLength, '-') + "\n";
+    for (const Rule& rule : policies.rules) {
+        text += FormatHeader(rule);
+        for (const std::string& item : rule.items)
+            text += kIndent + FormatItem(item, tables) + "\n";
+        if (rule.name == policies.active)
+            text += kIndent + std::string("Policy ") + rule.name + " is active.\n";
+    }
+    return text + "\n" + gettext("Policy rule(s) configured: ") + std::to_string(policies.rules.size()) +
+           "\n";
+}
+
+void Page(const std::string& text) {
+    ShellPager pager;
+    std::FILE* const opened = pager.open();
+    std::FILE* const stream = opened == nullptr ? stdout : opened;
+    std::fwrite(text.data(), 1, text.size(), stream);
+    if (std::fflush(stream) != 0 && errno != EPIPE)
+        shell_print_error("failed to write to stream: %s", std::strerror(errno));
+    pager.wait();
+}
+
+} // namespace
+
+bool ShowPolicy(const std::string& name, const std::string& priority) {
+    if (!Send("/usr/bin/vtysh -d \"zebra\" -c \"write\"")) {
+        shell_print_error(gettext("failed to write zebra.conf."));
+        return false;
+    }
+    Policies policies;
+    if (!ReadPolicies(name, priority, policies))
+        return false;
+    if (policies.rules.empty()) {
+        shell_print_error(gettext("Policy rule(s) not found"));
+        return false;
+    }
+    Page(FormatPolicies(policies));
+    return true;
+}
+
+} // namespace routing
