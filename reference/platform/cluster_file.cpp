@@ -18,30 +18,30 @@ struct Channel {
 };
 
 // The [channel] sections in file order; none when the file can't be read.
-std::vector<Channel> read_channels() {
+std::vector<Channel> ReadChannels() {
     std::vector<Channel> channels;
     std::string text;
-    if (const int error = reference::read_text(path_list::failover_settings, reference::ini_limit, text)) {
+    if (const int error = reference::ReadText(path_list::failover_settings, reference::ini_limit, text)) {
         if (error != ENOENT)
             shell_log_error("%s: failed to read: %s", path_list::failover_settings.c_str(),
                             std::strerror(error));
         return channels;
     }
     std::size_t ignored = 0; // what is no line of a channel is no matter of ours
-    for (const reference::IniSection& section : reference::parse_ini(text, ignored))
+    for (const reference::IniSection& section : reference::ParseIni(text, ignored))
         if (section.name == "channel")
             channels.push_back({section.get("device"), section.get("activeip")});
     return channels;
 }
 
-std::vector<std::string> list_of(std::string Channel::*field) {
+std::vector<std::string> ListOf(std::string Channel::*field) {
     std::vector<std::string> values;
-    for (Channel& channel : read_channels())
+    for (Channel& channel : ReadChannels())
         values.push_back(std::move(channel.*field));
     return values;
 }
 
-std::string broadcast_of(const std::string& address) {
+std::string BroadcastOf(const std::string& address) {
     const std::size_t slash = address.find('/');
     if (slash == std::string::npos)
         return address;
@@ -55,17 +55,17 @@ std::string broadcast_of(const std::string& address) {
 namespace failover {
 
 std::vector<std::string> get_active_ifaces() {
-    return list_of(&Channel::device);
+    return ListOf(&Channel::device);
 }
 
 std::vector<std::string> get_active_ip() {
-    return list_of(&Channel::activeip);
+    return ListOf(&Channel::activeip);
 }
 
 std::vector<std::string> get_active_bcasts() {
     std::vector<std::string> broadcasts = get_active_ip();
     for (std::string& address : broadcasts)
-        address = broadcast_of(address);
+        address = BroadcastOf(address);
     return broadcasts;
 }
 

@@ -10,8 +10,8 @@
 
 namespace {
 
-void print_line(std::FILE* stream, const char* format, std::va_list arguments) {
-    std::string text = reference::format_text(format, arguments);
+void PrintLine(std::FILE* stream, const char* format, std::va_list arguments) {
+    std::string text = reference::FormatText(format, arguments);
     if (text.empty() || text.back() != '\n')
         text += '\n';
     std::cout.flush();
@@ -21,12 +21,12 @@ void print_line(std::FILE* stream, const char* format, std::va_list arguments) {
     std::fwrite(text.data(), 1, text.size(), stream);
 }
 
-std::string read_answer() {
+std::string ReadAnswer() {
     char* line = nullptr;
     std::size_t size = 0;
     const auto length = ::getline(&line, &size, stdin);
     const std::unique_ptr<char, void (*)(void*)> owner(line, std::free);
-    return length > 0 ? std::string(reference::trim({line, static_cast<std::size_t>(length)}))
+    return length > 0 ? std::string(reference::Trim({line, static_cast<std::size_t>(length)}))
                       : std::string();
 }
 
@@ -35,33 +35,33 @@ std::string read_answer() {
 void shell_print_error(const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    print_line(stderr, format, arguments);
+    PrintLine(stderr, format, arguments);
     va_end(arguments);
 }
 
 void shell_print_warning(const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    print_line(stderr, format, arguments);
+    PrintLine(stderr, format, arguments);
     va_end(arguments);
 }
 
 void shell_print_info(const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    print_line(stdout, format, arguments);
+    PrintLine(stdout, format, arguments);
     va_end(arguments);
 }
 
 int shell_get_user_confirmation(const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    const std::string question = reference::format_text(format, arguments) + " [y/N] ";
+    const std::string question = reference::FormatText(format, arguments) + " [y/N] ";
     va_end(arguments);
     std::cout.flush();
     std::fwrite(question.data(), 1, question.size(), stdout);
     std::fflush(stdout);
-    const std::string answer = read_answer();
+    const std::string answer = ReadAnswer();
     return ::strcasecmp(answer.c_str(), "y") == 0 || ::strcasecmp(answer.c_str(), "yes") == 0;
 }
 

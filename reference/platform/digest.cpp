@@ -10,12 +10,12 @@
 
 namespace reference {
 
-std::string sha256_of(int descriptor) {
+std::string Sha256Of(int descriptor) {
     const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(), EVP_MD_CTX_free);
     bool good = context && EVP_DigestInit_ex(context.get(), EVP_sha256(), nullptr) == 1;
     char buffer[16384];
     long count = 0;
-    while (good && (count = read_some(descriptor, buffer, sizeof buffer)) > 0)
+    while (good && (count = ReadSome(descriptor, buffer, sizeof buffer)) > 0)
         good = EVP_DigestUpdate(context.get(), buffer, static_cast<std::size_t>(count)) == 1;
     if (count < 0)
         throw std::system_error(errno, std::generic_category());

@@ -6,6 +6,6 @@ namespace reference {
 
 // The SHA-256 digest of an open file from its place on, as 64 lower-case hex digits. Throws
 // std::runtime_error or std::system_error.
-std::string sha256_of(int descriptor);
+std::string Sha256Of(int descriptor);
 
 } // namespace reference

@@ -12,10 +12,10 @@ void Descriptor::reset() {
         ::close(std::exchange(number_, -1));
 }
 
-Descriptor open_regular(const std::string& path) {
+Descriptor OpenRegular(const std::string& path) {
     Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status {};
-    if (!file.is_open() || ::fstat(file.get(), &status) != 0)
+    if (!file.IsOpen() || ::fstat(file.get(), &status) != 0)
         return Descriptor();
     if (!S_ISREG(status.st_mode)) {
         file.reset();
@@ -24,7 +24,7 @@ Descriptor open_regular(const std::string& path) {
     return file;
 }
 
-long read_some(int descriptor, char* buffer, std::size_t size) {
+long ReadSome(int descriptor, char* buffer, std::size_t size) {
     for (;;) {
         const ssize_t count = ::read(descriptor, buffer, size);
         if (count >= 0 || errno != EINTR)
@@ -32,7 +32,7 @@ long read_some(int descriptor, char* buffer, std::size_t size) {
     }
 }
 
-bool write_all(int descriptor, std::string_view text) {
+bool WriteAll(int descriptor, std::string_view text) {
     while (!text.empty()) {
         const ssize_t count = ::write(descriptor, text.data(), text.size());
         if (count > 0)
@@ -43,14 +43,14 @@ bool write_all(int descriptor, std::string_view text) {
     return true;
 }
 
-int read_text(const std::string& path, std::size_t limit, std::string& text) {
-    const Descriptor file = open_regular(path);
-    if (!file.is_open())
+int ReadText(const std::string& path, std::size_t limit, std::string& text) {
+    const Descriptor file = OpenRegular(path);
+    if (!file.IsOpen())
         return errno;
     std::string content;
     char buffer[16384];
     long count = 0;
-    while ((count = read_some(file.get(), buffer, sizeof buffer)) > 0) {
+    while ((count = ReadSome(file.get(), buffer, sizeof buffer)) > 0) {
         content.append(buffer, static_cast<std::size_t>(count));
         if (content.size() > limit)
             return EFBIG;

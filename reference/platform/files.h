@@ -19,7 +19,7 @@ public:
     }
 
     int get() const { return number_; }
-    bool is_open() const { return number_ >= 0; }
+    bool IsOpen() const { return number_ >= 0; }
     void reset();
     int release() { return std::exchange(number_, -1); }
 
@@ -29,15 +29,15 @@ private:
 
 // Opens a regular file for reading; never waits, whatever stands at the path. When it can't be opened,
 // errno tells why (EINVAL: no regular file).
-Descriptor open_regular(const std::string& path);
+Descriptor OpenRegular(const std::string& path);
 
 // read(2) until a signal does not come between. The number of bytes, 0 at the end, -1 with errno.
-long read_some(int descriptor, char* buffer, std::size_t size);
+long ReadSome(int descriptor, char* buffer, std::size_t size);
 
 // Writes all of the text. False with errno.
-[[nodiscard]] bool write_all(int descriptor, std::string_view text);
+[[nodiscard]] bool WriteAll(int descriptor, std::string_view text);
 
 // Reads a whole regular file of at most `limit` bytes. 0, or the error's number (EFBIG: it is longer).
-[[nodiscard]] int read_text(const std::string& path, std::size_t limit, std::string& text);
+[[nodiscard]] int ReadText(const std::string& path, std::size_t limit, std::string& text);
 
 } // namespace reference

@@ -30,7 +30,7 @@ constexpr struct {
     char escaped;
 } escapes[] = {{'\\', '\\'}, {'\n', 'n'}, {'\r', 'r'}};
 
-std::optional<std::string> unescape(std::string_view text) {
+std::optional<std::string> Unescape(std::string_view text) {
     std::string path;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] != '\\') {
@@ -48,7 +48,7 @@ std::optional<std::string> unescape(std::string_view text) {
     return path;
 }
 
-std::string line_text(const GuardLine& line) {
+std::string LineText(const GuardLine& line) {
     const bool escaped = line.path.find_first_of("\\\n") != std::string::npos;
     std::string text = (escaped ? "\\" : "") + line.digest + "  ";
     for (const char character : line.path) {
@@ -62,7 +62,7 @@ std::string line_text(const GuardLine& line) {
     return text + '\n';
 }
 
-std::optional<GuardLine> parse_line(std::string_view text) {
+std::optional<GuardLine> ParseLine(std::string_view text) {
     const bool escaped = text.starts_with('\\');
     text.remove_prefix(escaped ? 1 : 0);
     const std::string_view digits = text.substr(0, digest_length);
@@ -73,7 +73,7 @@ std::optional<GuardLine> parse_line(std::string_view text) {
     if (!text.starts_with("  /") || text.find('\0') != std::string_view::npos)
         return std::nullopt;
     text.remove_prefix(2);
-    auto path = escaped ? unescape(text) : std::optional<std::string>(text);
+    auto path = escaped ? Unescape(text) : std::optional<std::string>(text);
     if (!path)
         return std::nullopt;
     GuardLine line{std::string(digits), *std::move(path)};
@@ -83,7 +83,7 @@ std::optional<GuardLine> parse_line(std::string_view text) {
 }
 
 // The place behind a chain of links, the last of which may lead to nothing yet.
-std::string resolve_link(const std::string& path) {
+std::string ResolveLink(const std::string& path) {
     fs::path place(path);
     for (int i = 0; fs::is_symlink(fs::symlink_status(place)); ++i) {
         if (i == link_limit)
@@ -104,7 +104,7 @@ struct TemporaryFile {
     }
 };
 
-[[noreturn]] void throw_error(const char* what) {
+[[noreturn]] void ThrowError(const char* what) {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
@@ -129,18 +129,18 @@ void Guard::erase(std::string_view path) {
     std::erase_if(lines, [&](const auto& entry) { return entry.path == path; });
 }
 
-Guard read_guard(const std::string& path) {
+Guard ReadGuard(const std::string& path) {
     Guard guard;
     std::string text;
-    if (const int error = read_text(path, guard_size_limit, text)) {
+    if (const int error = ReadText(path, guard_size_limit, text)) {
         guard.damaged = error != ENOENT && error != ENOTDIR;
         return guard;
     }
     // A last line without its newline may have lost a part of its path.
     guard.damaged = !text.empty() && text.back() != '\n';
     text.erase(text.rfind('\n') + 1);
-    for (const std::string& line : split_lines(text)) {
-        auto parsed = parse_line(line);
+    for (const std::string& line : SplitLines(text)) {
+        auto parsed = ParseLine(line);
         if (parsed && !guard.find(parsed->path))
             guard.lines.push_back(*std::move(parsed));
         else
@@ -149,23 +149,23 @@ Guard read_guard(const std::string& path) {
     return guard;
 }
 
-void write_guard(const std::string& path, const std::vector<GuardLine>& lines) {
+void WriteGuard(const std::string& path, const std::vector<GuardLine>& lines) {
     std::string text;
     for (const GuardLine& line : lines)
-        text += line_text(line);
+        text += LineText(line);
 
-    const std::string place = resolve_link(path);
+    const std::string place = ResolveLink(path);
     TemporaryFile temporary{place + ".XXXXXX"};
     const Descriptor file(::mkostemp(temporary.name.data(), O_CLOEXEC));
-    if (!file.is_open()) {
+    if (!file.IsOpen()) {
         temporary.renamed = true;
-        throw_error("failed to create temporary file");
+        ThrowError("failed to create temporary file");
     }
-    if (!write_all(file.get(), text) || ::fchmod(file.get(), 0644) != 0 || ::fsync(file.get()) != 0)
-        throw_error("failed to write temporary file");
+    if (!WriteAll(file.get(), text) || ::fchmod(file.get(), 0644) != 0 || ::fsync(file.get()) != 0)
+        ThrowError("failed to write temporary file");
     temporary.renamed = std::rename(temporary.name.c_str(), place.c_str()) == 0;
     if (!temporary.renamed)
-        throw_error("failed to rename temporary file");
+        ThrowError("failed to rename temporary file");
 }
 
 } // namespace reference

@@ -24,10 +24,10 @@ struct Guard {
 };
 
 // A guard that is missing has no lines and is not damaged.
-Guard read_guard(const std::string& path);
+Guard ReadGuard(const std::string& path);
 
 // Puts the text of the lines in the guard's place in one step; a link is followed. Throws
 // std::system_error, and then the old guard is as it was.
-void write_guard(const std::string& path, const std::vector<GuardLine>& lines);
+void WriteGuard(const std::string& path, const std::vector<GuardLine>& lines);
 
 } // namespace reference

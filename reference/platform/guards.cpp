@@ -24,11 +24,11 @@ using reference::Guard;
 using reference::GuardLine;
 using Files = std::vector<std::string>;
 
-enum Mode { one_file = 0, one_of_several = 1, several_files = 3 };
+enum Mode { kOneFile = 0, kOneOfSeveral = 1, kSeveralFiles = 3 };
 
 // The name under which a guard knows a file: absolute, and resolved no further than "." and "..", since a
 // settings file that is a link is known by the name that its readers use.
-std::string guarded_name(const std::string& file) {
+std::string GuardedName(const std::string& file) {
     std::error_code error; // a name that can't be resolved stays as it is, and opening it tells why
     fs::path path = fs::absolute(file, error);
     if (std::find(path.begin(), path.end(), "..") != path.end()) {
@@ -38,26 +38,26 @@ std::string guarded_name(const std::string& file) {
     return path.empty() ? file : path.lexically_normal().string();
 }
 
-Files collect(std::va_list arguments) {
+Files Collect(std::va_list arguments) {
     Files files;
     while (const char* file = va_arg(arguments, const char*))
-        files.push_back(guarded_name(file));
+        files.push_back(GuardedName(file));
     return files;
 }
 
 // Nothing when the file does not exist; throws when it can't be read.
-std::optional<std::string> digest_of(const std::string& path) {
-    const reference::Descriptor file = reference::open_regular(path);
-    if (file.is_open())
-        return reference::sha256_of(file.get());
+std::optional<std::string> DigestOf(const std::string& path) {
+    const reference::Descriptor file = reference::OpenRegular(path);
+    if (file.IsOpen())
+        return reference::Sha256Of(file.get());
     if (errno == ENOENT || errno == ENOTDIR)
         return std::nullopt;
     throw std::system_error(errno, std::generic_category(), path);
 }
 
-bool matches(const GuardLine& line) {
+bool Matches(const GuardLine& line) {
     try {
-        return digest_of(line.path) == line.digest;
+        return DigestOf(line.path) == line.digest;
     } catch (const std::exception& error) {
         shell_log_error("%s: failed to check: %s", line.path.c_str(), error.what());
         return false;
@@ -65,19 +65,19 @@ bool matches(const GuardLine& line) {
 }
 
 // The first of the files that is not what the guard says of it, or null.
-const std::string* find_mismatch(const std::string& guard_path, const Files& files) {
-    const Guard guard = reference::read_guard(guard_path);
+const std::string* FindMismatch(const std::string& guard_path, const Files& files) {
+    const Guard guard = reference::ReadGuard(guard_path);
     if (guard.damaged)
         return nullptr;
     const auto file = std::find_if(files.begin(), files.end(), [&](const std::string& path) {
         const GuardLine* line = guard.find(path);
-        return line && !matches(*line);
+        return line && !Matches(*line);
     });
     return file == files.end() ? nullptr : &*file;
 }
 
 // Readers look for the guard of the two records beside them, and writers renew the shared one.
-void link_record_guards(const Files& files) {
+void LinkRecordGuards(const Files& files) {
     for (const std::string& file : files) {
         const bool is_record = file == path_list::local_settings || file == path_list::common_settings;
         const std::string link = file + ".crg";
@@ -87,24 +87,24 @@ void link_record_guards(const Files& files) {
     }
 }
 
-void update_guard(const std::string& path, int mode, const Files& files) {
-    if (mode != one_file && mode != one_of_several && mode != several_files)
+void UpdateGuard(const std::string& path, int mode, const Files& files) {
+    if (mode != kOneFile && mode != kOneOfSeveral && mode != kSeveralFiles)
         throw std::invalid_argument("unknown mode " + std::to_string(mode));
     Guard guard;
-    if (mode == one_of_several) {
-        guard = reference::read_guard(path);
+    if (mode == kOneOfSeveral) {
+        guard = reference::ReadGuard(path);
         if (guard.damaged)
             shell_log_warning("%s: guard is damaged, its readable lines are kept", path.c_str());
     }
     for (const std::string& file : files) {
-        if (auto digest = digest_of(file))
+        if (auto digest = DigestOf(file))
             guard.set(file, *std::move(digest));
         else
             guard.erase(file);
     }
-    if (mode != one_file && path == path_list::settings_guard)
-        link_record_guards(files);
-    reference::write_guard(path, guard.lines);
+    if (mode != kOneFile && path == path_list::settings_guard)
+        LinkRecordGuards(files);
+    reference::WriteGuard(path, guard.lines);
 }
 
 } // namespace
@@ -114,10 +114,10 @@ namespace corvanshell {
 bool UpdateGuardFile(const char* guard, int mode, ...) {
     std::va_list arguments;
     va_start(arguments, mode);
-    const Files files = collect(arguments);
+    const Files files = Collect(arguments);
     va_end(arguments);
     try {
-        update_guard(guarded_name(guard), mode, files);
+        UpdateGuard(GuardedName(guard), mode, files);
         return true;
     } catch (const std::exception& error) {
         shell_log_error("%s: failed to update guard: %s", guard, error.what());
@@ -128,15 +128,15 @@ bool UpdateGuardFile(const char* guard, int mode, ...) {
 bool CheckGuardFile(const char* guard, ...) {
     std::va_list arguments;
     va_start(arguments, guard);
-    const Files files = collect(arguments);
+    const Files files = Collect(arguments);
     va_end(arguments);
-    if (!find_mismatch(guard, files))
+    if (!FindMismatch(guard, files))
         return true;
     // A writer may stand between its file and its guard. A mismatch that outlives the wait counts also
     // when the lock is not granted.
     lock_tool::FileLock lock(path_list::settings_lock);
     static_cast<void>(lock.AcquireShared(settings_lock_timeout, true));
-    const std::string* file = find_mismatch(guard, files);
+    const std::string* file = FindMismatch(guard, files);
     if (file)
         shell_log_error("%s: the file does not match its guard %s", file->c_str(), guard);
     return !file;
@@ -147,12 +147,12 @@ bool CheckGuardFile(const char* guard, ...) {
 namespace PwdGen {
 
 void PWDGCheckCrgOfFile(const char* file, const char* guard_path) {
-    const std::string name = guarded_name(file);
-    const Guard guard = reference::read_guard(guard_path);
+    const std::string name = GuardedName(file);
+    const Guard guard = reference::ReadGuard(guard_path);
     if (guard.damaged)
         throw std::runtime_error(std::string(guard_path) + ": guard is damaged");
     const GuardLine* line = guard.find(name);
-    const auto digest = digest_of(name);
+    const auto digest = DigestOf(name);
     if (digest.has_value() != (line != nullptr) || (line && *digest != line->digest))
         throw std::runtime_error(name + ": the file does not match its guard " + guard_path);
 }
@@ -162,11 +162,11 @@ void PWDGCheckCrgOfFile(const char* file, const char* guard_path) {
 namespace CHCRG {
 
 void SaveCrgToFile(const char* file, const char* guard) {
-    const std::string name = guarded_name(file);
-    auto digest = digest_of(name);
+    const std::string name = GuardedName(file);
+    auto digest = DigestOf(name);
     if (!digest)
         throw std::system_error(ENOENT, std::generic_category(), name);
-    reference::write_guard(guarded_name(guard), {{*std::move(digest), name}});
+    reference::WriteGuard(GuardedName(guard), {{*std::move(digest), name}});
 }
 
 } // namespace CHCRG

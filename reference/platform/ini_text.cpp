@@ -8,14 +8,14 @@ namespace reference {
 namespace {
 
 // A comment stands on a line of its own, or behind a value and a blank.
-std::string_view without_comment(std::string_view line) {
+std::string_view WithoutComment(std::string_view line) {
     for (std::size_t i = 0; i < line.size(); ++i)
         if ((line[i] == '#' || line[i] == ';') && (i == 0 || line[i - 1] == ' ' || line[i - 1] == '\t'))
-            return trim(line.substr(0, i));
+            return Trim(line.substr(0, i));
     return line;
 }
 
-bool take_line(std::vector<IniSection>& sections, std::string_view line) {
+bool TakeLine(std::vector<IniSection>& sections, std::string_view line) {
     if (line.starts_with('[')) {
         const bool closed = line.ends_with(']');
         sections.push_back({std::string(closed ? line.substr(1, line.size() - 2) : line), {}});
@@ -24,7 +24,7 @@ bool take_line(std::vector<IniSection>& sections, std::string_view line) {
     const std::size_t sign = line.find('=');
     if (sign == std::string_view::npos)
         return line.empty();
-    sections.back().values.emplace_back(trim(line.substr(0, sign)), trim(line.substr(sign + 1)));
+    sections.back().values.emplace_back(Trim(line.substr(0, sign)), Trim(line.substr(sign + 1)));
     return true;
 }
 
@@ -36,13 +36,13 @@ std::string IniSection::get(std::string_view key) const {
     return last != values.rend() ? last->second : "";
 }
 
-std::vector<IniSection> parse_ini(std::string_view text, std::size_t& bad_line) {
+std::vector<IniSection> ParseIni(std::string_view text, std::size_t& bad_line) {
     std::vector<IniSection> sections(1);
     std::size_t number = 0;
     bad_line = 0;
-    for (const std::string& raw : split_lines(text)) {
+    for (const std::string& raw : SplitLines(text)) {
         ++number;
-        if (!take_line(sections, without_comment(trim(raw))) && bad_line == 0)
+        if (!TakeLine(sections, WithoutComment(Trim(raw))) && bad_line == 0)
             bad_line = number;
     }
     return sections;

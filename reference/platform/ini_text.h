@@ -21,6 +21,6 @@ struct IniSection {
 // The sections in file order, repeated ones apart. The first holds what stands before any section, and has no
 // name. `bad_line` gets the number of the first line that is no section, value, comment or empty line, 0 when
 // there is none; such a line is passed over.
-std::vector<IniSection> parse_ini(std::string_view text, std::size_t& bad_line);
+std::vector<IniSection> ParseIni(std::string_view text, std::size_t& bad_line);
 
 } // namespace reference

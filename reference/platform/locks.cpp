@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::chrono::milliseconds poll_interval{10};
 
-int open_lock_file(const std::string& path) {
+int OpenLockFile(const std::string& path) {
     constexpr int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
     int descriptor = ::open(path.c_str(), flags, 0600);
     if (descriptor < 0 && errno == ENOENT) {
@@ -56,7 +56,7 @@ void FileLock::Release() {
 bool FileLock::Acquire(int operation, long timeout, bool wait) {
     using Clock = std::chrono::steady_clock;
     Release();
-    descriptor_ = open_lock_file(path_);
+    descriptor_ = OpenLockFile(path_);
     if (descriptor_ < 0)
         return false;
     const auto start = Clock::now();
@@ -82,7 +82,7 @@ namespace {
 
 // The lock belongs to the open file description: a plain record lock would be lost as soon as the process
 // closed any other descriptor of the file.
-bool set_lock(int descriptor, short type, int command) {
+bool SetLock(int descriptor, short type, int command) {
     struct flock lock {};
     lock.l_type = type;
     lock.l_whence = SEEK_SET;
@@ -97,7 +97,7 @@ bool set_lock(int descriptor, short type, int command) {
 
 SoftLock::SoftLock(int descriptor, short type, bool lock_now) : descriptor_(descriptor) {
     if (lock_now)
-        held_ = set_lock(descriptor_, type, F_OFD_SETLK);
+        held_ = SetLock(descriptor_, type, F_OFD_SETLK);
 }
 
 SoftLock::~SoftLock() {
@@ -106,14 +106,14 @@ SoftLock::~SoftLock() {
 
 bool SoftLock::Lock(short type, bool wait) {
     // A refused change of a held lock leaves the lock as it was.
-    const bool granted = set_lock(descriptor_, type, wait ? F_OFD_SETLKW : F_OFD_SETLK);
+    const bool granted = SetLock(descriptor_, type, wait ? F_OFD_SETLKW : F_OFD_SETLK);
     held_ = held_ || granted;
     return granted;
 }
 
 void SoftLock::Unlock() {
     if (std::exchange(held_, false))
-        set_lock(descriptor_, F_UNLCK, F_OFD_SETLK);
+        SetLock(descriptor_, F_UNLCK, F_OFD_SETLK);
 }
 
 } // namespace POSIX_File

@@ -52,14 +52,14 @@ State& state() {
     return log;
 }
 
-std::optional<int> find_value(const Name* first, const Name* last, Text name) {
+std::optional<int> FindValue(const Name* first, const Name* last, Text name) {
     const Name* row = std::find_if(first, last, [name](const Name& entry) { return entry.name == name; });
     return row == last ? std::nullopt : std::optional<int>(row->value);
 }
 
 // Control characters as "#" and three octal digits, so that a text can neither begin a line of its own nor
 // command the terminal of whoever reads the log.
-std::string harmless(Text line) {
+std::string Harmless(Text line) {
     std::string text;
     text.reserve(line.size());
     for (const char character : line) {
@@ -75,24 +75,24 @@ std::string harmless(Text line) {
     return text;
 }
 
-void put_line(int level, Text line) {
+void PutLine(int level, Text line) {
     for (; !line.empty(); line.remove_prefix(std::min(line.size(), line_limit)))
         ::syslog(LOG_PRI(level), "%s%s", state().prefix.c_str(),
-                 harmless(line.substr(0, line_limit)).c_str());
+                 Harmless(line.substr(0, line_limit)).c_str());
 }
 
-void put_text(int level, const char* format, std::va_list arguments) {
+void PutText(int level, const char* format, std::va_list arguments) {
     const int error = errno;
-    for (const std::string& line : reference::split_lines(reference::format_text(format, arguments)))
-        put_line(level, line);
+    for (const std::string& line : reference::SplitLines(reference::FormatText(format, arguments)))
+        PutLine(level, line);
     errno = error;
 }
 
-void put_pending() {
-    put_line(state().pending_level, std::exchange(state().pending, {}));
+void PutPending() {
+    PutLine(state().pending_level, std::exchange(state().pending, {}));
 }
 
-void keep_levels(int level) {
+void KeepLevels(int level) {
     ::setlogmask(LOG_UPTO(std::clamp(level, LOG_EMERG, LOG_DEBUG)));
 }
 
@@ -109,62 +109,62 @@ void slopen(const char* tag, int options, int facility) {
 void slput(int level, const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    put_text(level, format, arguments);
+    PutText(level, format, arguments);
     va_end(arguments);
 }
 
 void slclose() {
-    put_pending();
+    PutPending();
     ::closelog();
 }
 
 void shell_log_error(const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    put_text(LOG_ERR, format, arguments);
+    PutText(LOG_ERR, format, arguments);
     va_end(arguments);
 }
 
 void shell_log_warning(const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    put_text(LOG_WARNING, format, arguments);
+    PutText(LOG_WARNING, format, arguments);
     va_end(arguments);
 }
 
 void shell_log_info(const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    put_text(LOG_INFO, format, arguments);
+    PutText(LOG_INFO, format, arguments);
     va_end(arguments);
 }
 
 void shell_log_event(int level, int, const char* format, std::va_list arguments) {
     State& log = state();
     if (level != log.pending_level)
-        put_pending();
+        PutPending();
     log.pending_level = level;
-    log.pending += reference::format_text(format, arguments);
+    log.pending += reference::FormatText(format, arguments);
     for (std::size_t end = 0; (end = log.pending.find('\n')) != std::string::npos;) {
-        put_line(level, Text(log.pending).substr(0, end));
+        PutLine(level, Text(log.pending).substr(0, end));
         log.pending.erase(0, end + 1);
     }
     if (log.pending.size() >= line_limit)
-        put_pending();
+        PutPending();
 }
 
 void ClUnilogKeeper::Init(const char* name, int level, int default_level) {
     if (state().tag.empty())
         slopen(name, state().options, state().facility);
     state().keeper_level = level;
-    keep_levels(std::min(level, default_level));
+    KeepLevels(std::min(level, default_level));
 }
 
 ClUnilogKeeper::~ClUnilogKeeper() {
-    put_pending();
+    PutPending();
     state().prefix.clear();
     state().keeper_level = LOG_DEBUG;
-    keep_levels(LOG_DEBUG);
+    KeepLevels(LOG_DEBUG);
 }
 
 int ClUnilogDefaultLevel() {
@@ -177,15 +177,15 @@ bool ClUnilogFlush(const char* prefix, const char* target, int level) {
     const std::size_t dot = name.rfind('.');
     if (!name.starts_with(scheme) || dot == Text::npos)
         return false;
-    const auto facility = find_value(std::begin(facilities), std::end(facilities),
+    const auto facility = FindValue(std::begin(facilities), std::end(facilities),
                                      name.substr(scheme.size(), dot - scheme.size()));
-    const auto priority = find_value(std::begin(priorities), std::end(priorities), name.substr(dot + 1));
+    const auto priority = FindValue(std::begin(priorities), std::end(priorities), name.substr(dot + 1));
     if (!facility || !priority)
         return false;
     State& log = state();
     log.prefix = prefix;
     log.facility = *facility;
     ::openlog(log.tag.empty() ? nullptr : log.tag.c_str(), log.options, log.facility);
-    keep_levels(std::min({*priority, level, log.keeper_level}));
+    KeepLevels(std::min({*priority, level, log.keeper_level}));
     return true;
 }

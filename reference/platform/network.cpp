@@ -32,26 +32,26 @@ constexpr std::size_t licence_limit = 65536;
 constexpr std::size_t domain_name_limit = 253;
 constexpr std::size_t label_limit = 63;
 
-std::optional<std::uint32_t> parse_address(const std::string& text) {
+std::optional<std::uint32_t> ParseAddress(const std::string& text) {
     in_addr address{};
     if (text.find('\0') != std::string::npos || ::inet_pton(AF_INET, text.c_str(), &address) != 1)
         return std::nullopt;
     return ntohl(address.s_addr);
 }
 
-std::string address_text(std::uint32_t number) {
+std::string AddressText(std::uint32_t number) {
     const in_addr address{htonl(number)};
     char text[INET_ADDRSTRLEN];
     return ::inet_ntop(AF_INET, &address, text, sizeof text) ? text : std::string();
 }
 
-bool is_digit(char character) {
+bool IsDigit(char character) {
     return character >= '0' && character <= '9';
 }
 
-bool is_label(std::string_view label) {
+bool IsLabel(std::string_view label) {
     const auto good = [](char character) {
-        return is_digit(character) || (character >= 'a' && character <= 'z') ||
+        return IsDigit(character) || (character >= 'a' && character <= 'z') ||
                (character >= 'A' && character <= 'Z') || character == '-';
     };
     return !label.empty() && label.size() <= label_limit && label.front() != '-' && label.back() != '-' &&
@@ -60,9 +60,9 @@ bool is_label(std::string_view label) {
 
 // Runs a program whose complaints are not for the terminal: its caller tells the administrator in the
 // system's own words. False when it fails.
-bool ask(const std::vector<std::string>& arguments, std::string& output) {
+bool Ask(const std::vector<std::string>& arguments, std::string& output) {
     const reference::Descriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
-    return reference::collect_program(arguments, {-1, -1, nowhere.get()}, output) == 0;
+    return reference::CollectProgram(arguments, {-1, -1, nowhere.get()}, output) == 0;
 }
 
 } // namespace
@@ -72,15 +72,15 @@ namespace corvanshell {
 const int default_mtu = 1500;
 
 std::string getbrcast(const std::string& address, const std::string& netmask) {
-    const auto number = parse_address(address);
-    const auto mask = parse_address(netmask);
+    const auto number = ParseAddress(address);
+    const auto mask = ParseAddress(netmask);
     if (!number || !mask || subnetmask_to_cidr(netmask) < 0)
         return {};
-    return address_text(*number | ~*mask);
+    return AddressText(*number | ~*mask);
 }
 
 bool is_valid_ip(const std::string& text) {
-    return parse_address(text).has_value();
+    return ParseAddress(text).has_value();
 }
 
 bool is_valid_domain_name(const std::string& text, bool allow_wildcard, bool require_dot) {
@@ -92,22 +92,22 @@ bool is_valid_domain_name(const std::string& text, bool allow_wildcard, bool req
     for (;;) {
         const std::size_t dot = rest.find('.');
         const std::string_view label = rest.substr(0, dot);
-        if (!is_label(label))
+        if (!IsLabel(label))
             return false;
         // A last label of digits alone would be taken for the end of an address.
         if (dot == std::string_view::npos)
-            return !std::all_of(label.begin(), label.end(), is_digit);
+            return !std::all_of(label.begin(), label.end(), IsDigit);
         rest.remove_prefix(dot + 1);
     }
 }
 
 std::int64_t address_to_number(const std::string& text) {
-    const auto number = parse_address(text);
+    const auto number = ParseAddress(text);
     return number ? std::int64_t{*number} : -1;
 }
 
 int subnetmask_to_cidr(const std::string& netmask) {
-    const auto mask = parse_address(netmask);
+    const auto mask = ParseAddress(netmask);
     if (!mask)
         return -1;
     const int length = std::countl_one(*mask);
@@ -120,7 +120,7 @@ std::string cidr_to_subnetmask(const std::string& prefix_length) {
     const auto [stop, error] = std::from_chars(prefix_length.data(), end, length);
     if (error != std::errc() || stop != end || length > 32)
         return {};
-    return address_text(length == 0 ? 0 : ~std::uint32_t{0} << (32 - length));
+    return AddressText(length == 0 ? 0 : ~std::uint32_t{0} << (32 - length));
 }
 
 bool IsInterfaceAvailable(const std::string& name) {
@@ -153,7 +153,7 @@ std::vector<std::string> get_int_list() {
 std::string ifconfig(const std::string& name) {
     std::string output;
     // A name that begins so would be read as an option.
-    if (name.empty() || name.front() == '-' || !ask({"/sbin/ifconfig", name}, output))
+    if (name.empty() || name.front() == '-' || !Ask({"/sbin/ifconfig", name}, output))
         return {};
     return output;
 }
@@ -167,7 +167,7 @@ bool set_interface_mtu(const std::string& name, int mtu) {
     name.copy(request.ifr_name, name.size());
     request.ifr_mtu = mtu;
     const reference::Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
-    if (!socket.is_open() || ::ioctl(socket.get(), SIOCSIFMTU, &request) != 0) {
+    if (!socket.IsOpen() || ::ioctl(socket.get(), SIOCSIFMTU, &request) != 0) {
         shell_log_error("%s: failed to set MTU to %d: %s", name.c_str(), mtu, std::strerror(errno));
         return false;
     }
@@ -176,13 +176,13 @@ bool set_interface_mtu(const std::string& name, int mtu) {
 
 bool get_dhcp_distance(std::string& distance, const std::string& kind) {
     std::string output;
-    if (!ask({"/usr/bin/vtysh", "-d", "zdhcpd", "-c", "show running-config"}, output))
+    if (!Ask({"/usr/bin/vtysh", "-d", "zdhcpd", "-c", "show running-config"}, output))
         return false;
-    for (const std::string& line : reference::split_lines(output)) {
+    for (const std::string& line : reference::SplitLines(output)) {
         std::istringstream words(line);
         std::string key, value, default_key, default_value;
         words >> key >> value >> default_key >> default_value;
-        if (key != "distance" || value.empty() || !std::all_of(value.begin(), value.end(), is_digit))
+        if (key != "distance" || value.empty() || !std::all_of(value.begin(), value.end(), IsDigit))
             continue;
         distance = kind == "default_route" && default_key == "default" ? default_value : value;
     }
@@ -191,14 +191,14 @@ bool get_dhcp_distance(std::string& distance, const std::string& kind) {
 
 bool is_service_licensed(const std::string& service) {
     std::string text;
-    if (const int error = reference::read_text(licensed_services, licence_limit, text)) {
+    if (const int error = reference::ReadText(licensed_services, licence_limit, text)) {
         if (error != ENOENT)
             shell_log_error("%s: failed to read: %s", licensed_services, std::strerror(error));
         return error == ENOENT;
     }
-    const auto lines = reference::split_lines(text);
+    const auto lines = reference::SplitLines(text);
     return std::any_of(lines.begin(), lines.end(),
-                       [&](const std::string& line) { return reference::trim(line) == service; });
+                       [&](const std::string& line) { return reference::Trim(line) == service; });
 }
 
 } // namespace corvanshell

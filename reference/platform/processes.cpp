@@ -19,14 +19,14 @@ namespace {
 
 using Arguments = std::vector<std::string>;
 
-Arguments collect(const char* program, std::va_list list) {
+Arguments Collect(const char* program, std::va_list list) {
     Arguments arguments{program};
     while (const char* argument = va_arg(list, const char*))
         arguments.emplace_back(argument);
     return arguments;
 }
 
-Arguments shell_line(const std::string& line) {
+Arguments ShellLine(const std::string& line) {
     return {"/bin/sh", "-c", line};
 }
 
@@ -41,7 +41,7 @@ public:
     }
 };
 
-std::error_code program_error(int wait_status) {
+std::error_code ProgramError(int wait_status) {
     static const ExitStatusCategory category;
     if (wait_status == -1)
         return {errno, std::generic_category()};
@@ -53,47 +53,47 @@ std::error_code program_error(int wait_status) {
 int shell_spawn(const char* program, ...) {
     std::va_list list;
     va_start(list, program);
-    const Arguments arguments = collect(program, list);
+    const Arguments arguments = Collect(program, list);
     va_end(list);
-    return reference::exit_status(reference::run_program(arguments));
+    return reference::ExitStatus(reference::RunProgram(arguments));
 }
 
 int shell_spawn_quiet(const char* program, ...) {
     std::va_list list;
     va_start(list, program);
-    const Arguments arguments = collect(program, list);
+    const Arguments arguments = Collect(program, list);
     va_end(list);
     const reference::Descriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
-    return reference::exit_status(reference::run_program(arguments, {-1, nowhere.get(), nowhere.get()}));
+    return reference::ExitStatus(reference::RunProgram(arguments, {-1, nowhere.get(), nowhere.get()}));
 }
 
 ShellProcess::ShellProcess(std::vector<std::string> arguments) : arguments_(std::move(arguments)) {}
 
 void ShellProcess::Run() {
     std::string output;
-    error_ = program_error(reference::collect_program(arguments_, {}, output));
-    output_ = reference::split_lines(output);
+    error_ = ProgramError(reference::CollectProgram(arguments_, {}, output));
+    output_ = reference::SplitLines(output);
 }
 
 int BaseExec::run(const std::string& command) {
-    return reference::run_program(shell_line(command));
+    return reference::RunProgram(ShellLine(command));
 }
 
 namespace corvanshell {
 
 int run(const char* command, std::string& output) {
     std::string text;
-    const int status = reference::collect_program(shell_line(command), {}, text);
+    const int status = reference::CollectProgram(ShellLine(command), {}, text);
     text.erase(text.find_last_not_of('\n') + 1);
     output = std::move(text);
-    return reference::exit_status(status);
+    return reference::ExitStatus(status);
 }
 
 int run(const char* command, std::vector<std::string>& lines) {
     std::string text;
-    const int status = reference::collect_program(shell_line(command), {}, text);
-    lines = reference::split_lines(text);
-    return reference::exit_status(status);
+    const int status = reference::CollectProgram(ShellLine(command), {}, text);
+    lines = reference::SplitLines(text);
+    return reference::ExitStatus(status);
 }
 
 } // namespace corvanshell
@@ -104,12 +104,12 @@ pid_t read_pid(const char* name, bool quiet) {
         return 0;
     const std::string path = std::string("/run/") + name + ".pid";
     std::string text;
-    if (const int error = reference::read_text(path, record_limit, text)) {
+    if (const int error = reference::ReadText(path, record_limit, text)) {
         if (!quiet && error != ENOENT)
             shell_print_error("%s: failed to read: %s", path.c_str(), std::strerror(error));
         return 0;
     }
-    const std::string_view number = reference::trim(text);
+    const std::string_view number = reference::Trim(text);
     pid_t pid = 0;
     const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), pid);
     if (error == std::errc() && end == number.data() + number.size() && pid > 0)

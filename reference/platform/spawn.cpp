@@ -98,7 +98,7 @@ pid_t start(const std::vector<std::string>& arguments, const Streams& streams,
     return error == 0 ? pid : -1;
 }
 
-int wait_for(pid_t pid) {
+int WaitFor(pid_t pid) {
     int status = -1;
     while (::waitpid(pid, &status, 0) < 0)
         if (errno != EINTR)
@@ -108,13 +108,13 @@ int wait_for(pid_t pid) {
 
 } // namespace
 
-int run_program(const std::vector<std::string>& arguments, const Streams& streams) {
+int RunProgram(const std::vector<std::string>& arguments, const Streams& streams) {
     const ForegroundSignals signals;
     const pid_t pid = start(arguments, streams, signals);
-    return pid < 0 ? -1 : wait_for(pid);
+    return pid < 0 ? -1 : WaitFor(pid);
 }
 
-int collect_program(const std::vector<std::string>& arguments, Streams streams, std::string& output) {
+int CollectProgram(const std::vector<std::string>& arguments, Streams streams, std::string& output) {
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC) != 0)
         return -1;
@@ -128,12 +128,12 @@ int collect_program(const std::vector<std::string>& arguments, Streams streams, 
         return -1;
     writer.reset();
     char buffer[16384];
-    for (long count = 0; (count = read_some(reader.get(), buffer, sizeof buffer)) > 0;)
+    for (long count = 0; (count = ReadSome(reader.get(), buffer, sizeof buffer)) > 0;)
         output.append(buffer, static_cast<std::size_t>(count));
-    return wait_for(pid);
+    return WaitFor(pid);
 }
 
-int exit_status(int wait_status) {
+int ExitStatus(int wait_status) {
     if (wait_status == -1)
         return 127;
     return WIFSIGNALED(wait_status) ? 128 + WTERMSIG(wait_status) : WEXITSTATUS(wait_status);

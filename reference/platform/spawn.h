@@ -17,12 +17,12 @@ struct Streams {
 // Runs a program without a shell and gives its wait status, -1 with errno when it can't be started. The
 // interrupt keys meanwhile reach the program and not us, as with system(3). Our own buffered output is
 // written first.
-int run_program(const std::vector<std::string>& arguments, const Streams& streams = {});
+int RunProgram(const std::vector<std::string>& arguments, const Streams& streams = {});
 
 // The same, with the program's standard output collected.
-int collect_program(const std::vector<std::string>& arguments, Streams streams, std::string& output);
+int CollectProgram(const std::vector<std::string>& arguments, Streams streams, std::string& output);
 
 // The exit status as a shell tells it: 128 + the signal's number, 127 for a program that can't be started.
-int exit_status(int wait_status);
+int ExitStatus(int wait_status);
 
 } // namespace reference

@@ -5,7 +5,7 @@
 
 namespace reference {
 
-std::string format_text(const char* format, std::va_list arguments) {
+std::string FormatText(const char* format, std::va_list arguments) {
     const int error = errno;
     std::va_list again;
     va_copy(again, arguments);
@@ -21,7 +21,7 @@ std::string format_text(const char* format, std::va_list arguments) {
     return text;
 }
 
-std::vector<std::string> split_lines(std::string_view text) {
+std::vector<std::string> SplitLines(std::string_view text) {
     std::vector<std::string> lines;
     while (!text.empty()) {
         const std::size_t end = text.find('\n');
@@ -31,7 +31,7 @@ std::vector<std::string> split_lines(std::string_view text) {
     return lines;
 }
 
-std::string_view trim(std::string_view text) {
+std::string_view Trim(std::string_view text) {
     constexpr std::string_view blanks = " \t\r\n\v\f";
     const std::size_t first = text.find_first_not_of(blanks);
     if (first == std::string_view::npos)

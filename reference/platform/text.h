@@ -8,12 +8,12 @@
 namespace reference {
 
 // The finished text of a printf-style call. errno is as before, so that %m tells the caller's error.
-[[gnu::format(printf, 1, 0)]] std::string format_text(const char* format, std::va_list arguments);
+[[gnu::format(printf, 1, 0)]] std::string FormatText(const char* format, std::va_list arguments);
 
 // The lines of a text without their newlines; a last line needs none.
-std::vector<std::string> split_lines(std::string_view text);
+std::vector<std::string> SplitLines(std::string_view text);
 
 // The text without white space at its ends.
-std::string_view trim(std::string_view text);
+std::string_view Trim(std::string_view text);
 
 } // namespace reference
