@@ -1,0 +1,13 @@
+#pragma once
+
+#include "commands/interfaces/command_frame.h"
+
+#include <string>
+
+namespace interfaces {
+
+// Sets an option in the entry of a bond: "mode", "miimon", "ad-select", "lacp-rate", "primary" or
+// "xmit-hash-policy". False, reported, when the bond's mode has no such option or the value is none of it.
+[[nodiscard]] bool SetOption(InterfaceEdit& bond, const std::string& option, const std::string& value);
+
+} // namespace interfaces

@@ -1,0 +1,78 @@
+#include "commands/interfaces/bonding_report.h"
+
+#include "commands/interfaces/bonding_values.h"
+#include "commands/interfaces/roles.h"
+#include "platform/path_list.h"
+
+#include <cstdio>
+#include <iostream>
+
+namespace interfaces {
+namespace {
+
+using corvanshell::CConfStruct;
+using corvanshell::InterfaceEntry;
+using Lines = std::vector<std::string>;
+
+constexpr std::size_t kNameWidth = 9;
+
+// The name, or nothing, in the column of names.
+std::string Column(const std::string& name) {
+    std::string column = name;
+    column.resize(std::max(column.size(), kNameWidth), ' ');
+    return column + ' ';
+}
+
+void Add(Lines& lines, const char* label, const std::string& value) {
+    lines.push_back(Column("") + label + ": " + value);
+}
+
+void AddBondOptions(Lines& lines, const InterfaceEntry& bond) {
+    Add(lines, "mode", bond.bonding_mode);
+    Add(lines, "miimon", bond.bonding_miimon);
+    const BondingPermissions permitted = PermittedOptions(bond.bonding_mode);
+    if (permitted.ad_select)
+        Add(lines, "ad-select", bond.bonding_ad_select);
+    if (permitted.lacp_rate)
+        Add(lines, "lacp-rate", bond.bonding_lacp_rate);
+    if (permitted.xmit_hash_policy)
+        Add(lines, "xmit-hash-policy", bond.bonding_xmit_hash_policy);
+    if (permitted.primary)
+        Add(lines, "primary", bond.bonding_primary.empty() ? "none" : bond.bonding_primary);
+}
+
+Lines BondInfo(const CConfStruct& record, const std::string& name, const InterfaceEntry& bond) {
+    Lines lines = {"", Column(name) + "is a bond interface"};
+    AddBondOptions(lines, bond);
+    lines.push_back(Column("") + "slave interfaces:");
+    for (const std::string& slave : ListSlaves(record, name)) {
+        std::string padded = Column(slave);
+        padded.pop_back();
+        lines.push_back(Column("") + padded + ": " + (record.Interfaces().at(slave).up ? "up" : "down"));
+    }
+    return lines;
+}
+
+} // namespace
+
+Lines BondingInfo(const std::string& name) {
+    const CConfStruct record(path_list::local_settings, true);
+    InterfaceEntry entry;
+    if (!record.FindInterface(name, entry))
+        return {};
+    if (IsBond(name, entry))
+        return BondInfo(record, name, entry);
+    if (entry.interface_class != corvanshell::kSlaveClass)
+        return {};
+    Lines lines = {"", Column(name) + "is a slave interface"};
+    Add(lines, "bond master interface", entry.master.empty() ? "not defined" : entry.master);
+    return lines;
+}
+
+void PrintBondingInfo(const std::string& name) {
+    for (const std::string& line : BondingInfo(name))
+        std::cout << line << '\n';
+    std::cout.flush();
+}
+
+} // namespace interfaces
