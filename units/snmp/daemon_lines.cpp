@@ -39,7 +39,7 @@ bool HoldsAnyOf(std::string_view text, const char* letters) {
 } // namespace
 
 Stream OpenDaemonFile(const char* path, bool is_private) {
-    Stream stream(is_private ? OpenPrivate(path) : std::fopen(path, "we"), std::fclose);
+    Stream stream(is_private ? OpenPrivate(path) : std::fopen(path, "we"));
     if (stream == nullptr)
         ReportFailure(path);
     return stream;

@@ -1,15 +1,14 @@
 #pragma once
 
+#include "front/probes/stream.h"
+
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
 
 // The daemon's files, and the one way in which a settings value gets into them.
 
 namespace snmp {
-
-using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 // Opens the file anew. A private one is readable by its owner alone before anything is written. Null, and
 // reported, when it can't be opened.

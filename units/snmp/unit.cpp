@@ -1,10 +1,10 @@
 #include "units/snmp/unit.h"
 
+#include "front/probes/report.h"
 #include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/locks.h"
 #include "platform/log.h"
-#include "platform/path_list.h"
 #include "units/snmp/conversion.h"
 #include "units/snmp/daemon_settings.h"
 
@@ -27,10 +27,8 @@ bool RunQuery(const QueryPair& pair) {
 
 bool SnmpAgentUnit(const _xmlURI* uri) {
     lock_tool::FileLock lock(kSettingsLock);
-    if (!lock.AcquireShared(settings_lock_timeout, true)) {
-        shell_print_error("settings file is locked by another process, please try later");
+    if (!LockForReading(lock))
         return false;
-    }
     const QueryList query = ParseUnitQuery(uri);
     return query.empty() ? snmp::WriteDaemonFiles() : RunQuery(query.front());
 }
