@@ -1,5 +1,6 @@
 #include "reference/routing/daemon.h"
 
+#include "reference/routing/dgdd.h"
 #include "reference/routing/zdhcpd.h"
 #include "reference/routing/zebra.h"
 
@@ -10,6 +11,8 @@ std::unique_ptr<Daemon> MakeDaemon(const std::string& name) {
         return std::make_unique<Zebra>();
     if (name == "zdhcpd")
         return std::make_unique<Zdhcpd>();
+    if (name == "dgdd")
+        return std::make_unique<Dgdd>();
     return nullptr;
 }
 
