@@ -68,6 +68,10 @@ bool Node::IsNamed(const char* name) const {
     return node_ != nullptr && xmlStrEqual(node_->name, ToXml(name)) != 0;
 }
 
+bool Node::HasAttr(const char* name) const {
+    return node_ != nullptr && xmlHasProp(node_, ToXml(name)) != nullptr;
+}
+
 std::string Node::GetAttr(const char* name) const {
     const xmlAttr* attribute = node_ != nullptr ? xmlHasProp(node_, ToXml(name)) : nullptr;
     if (attribute != nullptr && attribute->type == XML_ATTRIBUTE_NODE)

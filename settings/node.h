@@ -29,6 +29,7 @@ public:
 
     std::string Name() const;
     bool IsNamed(const char* name) const;
+    bool HasAttr(const char* name) const;
     // "" when the attribute is absent.
     std::string GetAttr(const char* name) const;
     // "" when the node has no children.

@@ -35,13 +35,14 @@ bool IsPrivate(std::int64_t value) {
     return false;
 }
 
-// The usable addresses of a subnet: first <= address < broadcast.
-struct Scope {
-    std::int64_t first;
-    std::int64_t broadcast;
-};
-
 bool ReadScope(const Area& area, const File& file, Scope& scope) {
+    // A host may narrow the scope; all checks of the subnet itself share one.
+    SubnetView* view = area.View();
+    const bool is_subnet = view != nullptr && area.BoundNode() == view->Subnet();
+    if (is_subnet && view->KnownScope()) {
+        scope = *view->KnownScope();
+        return true;
+    }
     const std::int64_t address = ParseAddress(GetSubnetAddress(area, file), area.Name(), "subnet address");
     const std::int64_t mask = ParseAddress(GetSubnetMask(area, file), area.Name(), "subnet mask");
     const std::int64_t broadcast =
@@ -49,6 +50,8 @@ bool ReadScope(const Area& area, const File& file, Scope& scope) {
     if (address == kNoAddress || mask == kNoAddress || broadcast == kNoAddress)
         return false;
     scope = {(address & mask) + 1, broadcast};
+    if (is_subnet)
+        view->KnownScope() = scope;
     return true;
 }
 

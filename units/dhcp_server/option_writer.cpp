@@ -99,6 +99,38 @@ bool WriteDeclaration(TreeWriter& writer, const std::string& number, const std::
     return false;
 }
 
+// The custom options that a walk in document order has met, descendant::option[@num and @type].
+class Declarations {
+public:
+    explicit Declarations(TreeWriter& writer) : writer_(writer) {}
+
+    // Declares what stands below the node. The parser bounds how deep elements nest.
+    bool Declare(Node parent) {
+        bool passed = true;
+        for (Node child = parent.FirstChild(); child; child = child.NextSibling()) {
+            if (child.IsNamed("option") && child.HasAttr("num") && child.HasAttr("type"))
+                passed = Meet(child.GetAttr("num"), child.GetAttr("type")) && passed;
+            passed = Declare(child) && passed;
+        }
+        return passed;
+    }
+
+private:
+    bool Meet(const std::string& number, const std::string& type) {
+        const auto [known, is_new] = types_.emplace(number, type);
+        if (is_new)
+            return WriteDeclaration(writer_, number, type);
+        if (known->second == type)
+            return true;
+        shell_print_error("DHCP server: %s %s has different types across settings: %s and %s", kCustomOption,
+                          number.c_str(), known->second.c_str(), type.c_str());
+        return false;
+    }
+
+    TreeWriter& writer_;
+    std::map<std::string, std::string> types_; // by number
+};
+
 } // namespace
 
 bool WriteOptionNode(TreeWriter& writer, const Area& area, Node option) {
@@ -116,22 +148,8 @@ bool WriteOptionNode(TreeWriter& writer, const Area& area, Node option) {
 }
 
 bool WriteCustomDeclarations(TreeWriter& writer, const Area& area) {
-    std::map<std::string, std::string> types; // by number
-    const NodeSet options = SelectIn(area, writer.file, "descendant::option[@num and @type]");
-    bool passed = true;
-    for (std::size_t i = 0; i < options.Size(); ++i) {
-        const std::string number = options.At(i).GetAttr("num");
-        const std::string type = options.At(i).GetAttr("type");
-        const auto [known, is_new] = types.emplace(number, type);
-        if (is_new) {
-            passed = WriteDeclaration(writer, number, type) && passed;
-        } else if (known->second != type) {
-            shell_print_error("DHCP server: %s %s has different types across settings: %s and %s",
-                              kCustomOption, number.c_str(), known->second.c_str(), type.c_str());
-            passed = false;
-        }
-    }
-    return passed;
+    Declarations declarations(writer);
+    return declarations.Declare(area.GetNode(writer.file));
 }
 
 } // namespace settings::dhcp_server

@@ -21,6 +21,12 @@ struct Range {
     std::int64_t to;
 };
 
+// The usable addresses of a subnet: first <= address < broadcast.
+struct Scope {
+    std::int64_t first;
+    std::int64_t broadcast;
+};
+
 std::vector<Range> ReadRanges(const NodeSet& nodes);
 
 // The fixed addresses of hosts, in document order.
@@ -56,6 +62,8 @@ public:
     // The address of the subnet's first listen interface, nothing when it has no listen interface.
     const std::optional<std::string>& ListenAddress();
     const std::vector<Range>& Ranges();
+    // What a check has found to be the subnet's own scope, for the checks behind it.
+    std::optional<Scope>& KnownScope() { return scope_; }
     const HostAddresses& Hosts();
 
 private:
@@ -63,6 +71,7 @@ private:
     Node subnet_;
     std::map<std::string, std::string, std::less<>> options_;
     std::optional<std::optional<std::string>> listen_address_;
+    std::optional<Scope> scope_;
     std::optional<std::vector<Range>> ranges_;
     std::optional<HostAddresses> hosts_;
 };
