@@ -185,16 +185,19 @@ TEST_F(SnmpClusterTest, ActiveNodeMakesTheContexts) {
     EXPECT_THAT(TakeLog(),
                 ::testing::Contains(LogLine{6, "Generate context and communities for cluster monitoring"}));
 
-    WriteFile("/etc/failover.ini", "[sendconfig]\nactiveip = 10.9.0.1\ndevice = v0\n");
-    Generate();
-    expect_fresh({{"10.9.0.10", "Node2", ""}, {"10.9.0.1", "Node1", ""}});
-
     // Only the first two count, and only two are erased.
     WriteFile(kCommon, Replaced(Settings(), "<node", "<node address='10.9.0.7'/><node"));
     Generate();
     EXPECT_EQ(ReadClusterSettings().nodes,
               (std::vector<ClusterNode>{
-                  {"10.9.0.9", "Node2", "right"}, {"10.9.0.10", "Node2", ""}, {"10.9.0.1", "Node1", ""}}));
+                  {"10.9.0.9", "Node2", "right"}, {"10.9.0.10", "Node1", ""}, {"10.9.0.9", "Node2", ""}}));
+    EXPECT_EQ(support::RunProgram({"grep", "-c", "^proxy -Cn", kMain}).out, "2\n");
+
+    // The last piece alone decides.
+    WriteFile(kCommon, Settings());
+    WriteFile("/etc/failover.ini", "[sendconfig]\nactiveip = 10.99.0.1\ndevice = v0\n");
+    Generate();
+    expect_fresh({{"10.9.0.10", "Node2", ""}, {"10.99.0.1", "Node1", ""}});
 }
 
 TEST_F(SnmpClusterTest, UnknownAddressesCostNothing) {

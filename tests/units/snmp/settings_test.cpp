@@ -66,7 +66,7 @@ const Case kCases[] = {
          "Trap -> 10.0.0.2:1162 TCP Community = lab already exists"),
     Refused([] { return AddTrapsink("10.0.0.9", "lab", "v4", "162", "udp"); },
             "v4: unknown kind of trapsink"),
-    Told([] { return DeleteTrapsink("10.0.0.3", "162", "udp", "site", "v2"); }, "No such trapsink"),
+    Told([] { return DeleteTrapsink("10.0.0.3", "162", "udp", "site", "' or ''='"); }, "No such trapsink"),
     {[] { return DeleteTrapsink("10.0.0.3", "162", "udp", "site", "trap2sink"); },
      R"(    <trapsink destination="10.0.0.3" community="site" type="trap2sink" port="162" prot="udp"/>)"
      "\n",
@@ -86,7 +86,7 @@ const Case kCases[] = {
      "priv_key=\"zoe's key\"/>\n",
      ""},
     {[] { return DeleteUser("nobody") && SetUserRead("it's", "on"); }, "<unit", "<unit"},
-    Refused([] { return RenameUser("it's", "x"); }, "Failed to change user name"),
+    Refused([] { return RenameUser("' or '1'='1", "x"); }, "Failed to change user name"),
     Refused([] { return SetUserPassword("x", "y"); }, "Failed to change user password"),
     Refused([] { return SetUserAuthType("x", "y"); }, "Failed to change user auth_type"),
     Refused([] { return SetUserPrivKey("x", "y"); }, "Failed to set privacy key for x"),
@@ -110,7 +110,8 @@ const Case kCases[] = {
     {[] { return AddClusterNode(kThird); }, "    </cluster>",
      "      <node address=\"a\" context=\"b\" community=\"c\"/>\n    </cluster>"},
     Refused([] { return SetClusterNodeContext("x", "Up"); }, "Failed to set context for node x"),
-    Refused([] { return SetClusterNodeCommunity("'", "c"); }, "Failed to set community for node '"),
+    Refused([] { return SetClusterNodeCommunity("' or ''='", "c"); },
+            "Failed to set community for node ' or ''='"),
 };
 
 TEST_F(SnmpTest, EditsChangeOnePlaceAndRefusalsNone) {
