@@ -5,6 +5,8 @@
 #include "platform/path_list.h"
 
 #include <algorithm>
+#include <cstring>
+#include <string_view>
 #include <unordered_map>
 
 namespace routing {
@@ -18,32 +20,37 @@ constexpr std::size_t kNumberWidth = 3;
 
 using RouteList = std::vector<const StaticRoute*>;
 
-void AddColumn(std::string& line, const std::string& text, std::size_t width, std::size_t gap) {
-    line.append(text, 0, width);
-    line.append(width - std::min(text.size(), width) + gap, ' ');
-}
+// A line is put together in place: a listing may have a hundred thousand of them.
+class RouteLine {
+public:
+    explicit RouteLine(const StaticRoute& route) {
+        Add(route.destination, kAddressWidth, 2);
+        Add(route.netmask, kAddressWidth, 2);
+        Add(route.gateway, kAddressWidth, 2);
+        Add(route.EffectiveDistance(), kNumberWidth, 6);
+        Add(route.EffectiveWeight(), kNumberWidth, 0);
+    }
+    std::string_view Text() const { return {line_, size_}; }
 
-std::string FormatRoute(const StaticRoute& route) {
-    std::string line;
-    line.reserve(kLineWidth);
-    AddColumn(line, route.destination, kAddressWidth, 2);
-    AddColumn(line, route.netmask, kAddressWidth, 2);
-    AddColumn(line, route.gateway, kAddressWidth, 2);
-    AddColumn(line, route.EffectiveDistance(), kNumberWidth, 6);
-    AddColumn(line, route.EffectiveWeight(), kNumberWidth, 0);
-    return line;
-}
+private:
+    void Add(const std::string& text, std::size_t width, std::size_t gap) {
+        const std::size_t taken = std::min(text.size(), width);
+        std::memset(line_ + size_, ' ', width + gap);
+        std::memcpy(line_ + size_, text.data(), taken);
+        size_ += width + gap;
+    }
 
-Lines FormatTable(const std::string& number, const RouteList& routes) {
+    char line_[kLineWidth];
+    std::size_t size_ = 0;
+};
+
+// The lines above a table's routes. None when the settings lock is not granted.
+Lines FormatHeading(const std::string& number) {
     lock_tool::FileLock lock(path_list::settings_lock);
     if (!LockSettings(lock))
         return {};
-    Lines lines{corvanshell::WrapStr("Table " + number + " (" + GetTableName(number) + ")", kLineWidth),
-                kHeader, kRule};
-    lines.reserve(lines.size() + routes.size());
-    for (const StaticRoute* route : routes)
-        lines.push_back(FormatRoute(*route));
-    return lines;
+    return {corvanshell::WrapStr("Table " + number + " (" + GetTableName(number) + ")", kLineWidth), kHeader,
+            kRule};
 }
 
 } // namespace
@@ -52,14 +59,15 @@ Lines FormatRoutes(const Routes& routes, const std::string& table) {
     if (routes.empty())
         return {};
     const std::string& number = table.empty() ? kMainTable : table;
-    RouteList listed;
+    Lines lines = FormatHeading(number);
     for (const auto& [destination, route] : routes) {
-        if (route.table == number)
-            listed.push_back(&route);
+        if (!lines.empty() && route.table == number)
+            lines.emplace_back(RouteLine(route).Text());
     }
-    return FormatTable(number, listed);
+    return lines;
 }
 
+// One walk over the routes, however many tables there are.
 std::string FormatTables(const Routes& routes, const Lines& tables) {
     std::string text;
     if (routes.empty())
@@ -67,10 +75,17 @@ std::string FormatTables(const Routes& routes, const Lines& tables) {
     std::unordered_map<std::string, RouteList> by_table;
     for (const auto& [destination, route] : routes)
         by_table[route.table].push_back(&route);
+    text.reserve((routes.size() + tables.size()) * (kLineWidth + 1));
     for (const std::string& number : tables) {
-        const Lines lines = FormatTable(number, by_table[number]);
-        if (!lines.empty())
-            text += JoinLines(lines) + "\n";
+        const Lines heading = FormatHeading(number);
+        if (heading.empty())
+            continue;
+        text += JoinLines(heading);
+        for (const StaticRoute* route : by_table[number]) {
+            text += RouteLine(*route).Text();
+            text += '\n';
+        }
+        text += '\n';
     }
     return text;
 }
@@ -80,7 +95,7 @@ Lines FormatRoutesPlain(const RouteStore& store, const Routes& routes) {
         return {};
     Lines lines{kHeader, kRule};
     for (const auto& [destination, route] : routes)
-        lines.push_back(FormatRoute(route));
+        lines.emplace_back(RouteLine(route).Text());
     return lines;
 }
 

@@ -64,9 +64,10 @@ RouteStore::~RouteStore() {
 }
 
 void RouteStore::Load() {
-    Lines lines;
-    if (Ask("/usr/bin/vtysh -d zebra -c \"show running-config\"", lines) && !lines.empty())
-        routes_ = ParseRoutes(lines);
+    std::string text; // one text: a string for each of a hundred thousand lines would be slow
+    const int status = corvanshell::run("/usr/bin/vtysh -d zebra -c \"show running-config\"", text);
+    if (status == 0 && !text.empty())
+        routes_ = ParseRoutes(text);
 }
 
 Routes RouteStore::Find(const std::string& destination, const Condition& condition) const {
