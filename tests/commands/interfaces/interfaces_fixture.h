@@ -6,21 +6,41 @@
 #include <map>
 #include <sstream>
 
-// A record of interfaces, and recorders in the place of every program that changes one.
+// A record of interfaces, and recorders in the place of every program that an interface command runs.
 //
 //     eth0  access, up, 10.0.0.1        eth3  trunk, up, with the VLAN child eth3.5 (up, 10.5.0.1)
 //     eth1  access, up, 10.1.0.1        eth4  slave without a bond
 //     eth2  access, up, by DHCP         eth5  the one slave of bond0
+//
+// Calls are played into a transcript, which is compared with an expected one:
+//
+//     $ inet ifconfig eth1 address delete 10.8.0.1 255.255.255.0     the command, "< y" what is answered
+//     refused                                                        it gave false
+//     out ...  err ...  log 6 ...                                    the terminal, the log with its levels
+//     run ...                                                        programs, in their order
+//     set KEY = value, unset KEY                                     changes of the record
+//     changed /etc/x                                                 changes of any other file
 class InterfacesTest : public CommandTest {
 protected:
+    using CConfStruct = corvanshell::CConfStruct;
+    using InterfaceEntry = corvanshell::InterfaceEntry;
+    using Call = std::function<bool()>;
+    using Lines = std::map<std::string, std::string>;
+    inline static const std::vector<std::string> kFolders = {"/etc", "/mnt", "/run"};
+
     InterfacesTest() {
-        for (const char* path :
-             {"/sbin/ifalias.sh", "/sbin/dhcpclient.sh", "/sbin/iphook.sh", "/sbin/if_postcmd.sh",
-              "/sbin/ifsetfromconfig.sh", "/sbin/eth_speed_duplex.sh", "/sbin/apply_new_routes.sh",
-              "/sbin/ifclass_check.sh", "/sbin/bonding.sh", "/sbin/ssl_cert_manage.sh", "/sbin/ethtool",
-              "/bin/ping"})
-            support::Record(path);
+        // Interfaces of the kernel's, for what no program does.
+        support::MakeVeth("eth1", "bond2");
+        support::MakeVeth("eth3", "eth3.6");
+        for (const char* script :
+             {"ifalias", "dhcpclient", "iphook", "if_postcmd", "ifsetfromconfig", "eth_speed_duplex",
+              "apply_new_routes", "ifclass_check", "bonding", "ssl_cert_manage"})
+            support::Record("/sbin/" + std::string(script) + ".sh");
+        for (const char* program : {"/sbin/ip", "/sbin/ifconfig", "/bin/ip", "/sbin/ethtool", "/bin/ping"})
+            support::Record(program);
+        support::WriteFile("/sbin/usb-modem-device.sh", "#!/bin/sh\nexit 1\n", 0755);
         unlink("/mnt/main/etc/l2overip.conf"); // the sample
+        WriteProtected(path_list::common_settings, "");
         WriteRecord(
             Access("ETH0", "10.0.0.1") + Access("ETH1", "10.1.0.1") +
             "ETH2_UP 1\nETH2_IP dhcp\nETH2_MASK dhcp\nETH2_BROADCAST dhcp\n"
@@ -29,59 +49,29 @@ protected:
             "ETH3.5_VLAN 5\nETH3.5_PARENT eth3\nETH4_CLASS slave\nETH5_CLASS slave\nETH5_MASTER bond0\n"
             "BOND0_MASTER bond0\nBOND0_BONDING_MODE active-backup\nBOND0_BONDING_MIIMON 100\n"
             "BOND0_BONDING_PRIMARY eth5\nVLAN5_COMMENT guests\n");
-        CConfStruct record(path_list::local_settings, true);
-        EXPECT_TRUE(record.Write()); // in the system's own form
+        Alter([](CConfStruct&) {}); // into the system's own form
     }
-    using CConfStruct = corvanshell::CConfStruct;
 
     static std::string Access(const std::string& key, const std::string& address) {
         const std::string network = address.substr(0, address.rfind('.'));
         return key + "_UP 1\n" + key + "_IP " + address + "\n" + key + "_MASK 255.255.255.0\n" + key +
                "_BROADCAST " + network + ".255\n" + key + "_CLASS access\n";
     }
-
-    // The record's lines by key, with single blanks.
-    static std::map<std::string, std::string> Lines() {
-        std::map<std::string, std::string> lines;
-        std::istringstream text(support::ReadFile(path_list::local_settings));
-        for (std::string line; std::getline(text, line);) {
-            const std::size_t tab = line.find('\t');
-            const std::size_t value = line.find_first_not_of('\t', tab);
-            lines[line.substr(0, tab)] = value != std::string::npos ? line.substr(value) : "";
-        }
-        return lines;
-    }
-
-    using Saved = std::map<std::string, std::string>;
-
-    // Expects the call to do just this, and the record to differ in just these keys; the value "-" stands for
-    // a key that is gone.
-    void ExpectChange(const std::function<bool()>& call, const Effect& effect, const Saved& saved,
-                      const std::string& input = "") {
-        Saved expected = Lines();
-        Expect(call, effect, input);
-        for (const auto& [key, value] : saved)
-            expected[key] = value;
-        std::erase_if(expected, [](const auto& line) { return line.second == "-"; });
-        EXPECT_EQ(Lines(), expected);
-    }
-
     static void Alter(const std::function<void(CConfStruct&)>& change) {
         CConfStruct record(path_list::local_settings, true);
         change(record);
         EXPECT_TRUE(record.Write());
     }
-    static void AlterEntry(const std::string& name,
-                           const std::function<void(corvanshell::InterfaceEntry&)>& change) {
+    static void AlterEntry(const std::string& name, const std::function<void(InterfaceEntry&)>& change) {
         Alter([&](CConfStruct& record) {
-            corvanshell::InterfaceEntry entry;
+            InterfaceEntry entry;
             EXPECT_TRUE(record.FindInterface(name, entry));
             change(entry);
             record.AddInterface(name, entry, true);
         });
     }
 
-    // The DHCP server has eth0 and a relay eth1, both from the start of the appliance on.
+    // The DHCP server has the one interface and a relay the other, both from the start of the appliance on.
     static void GiveToDhcp(const std::string& server, const std::string& relay) {
         WriteProtected(path_list::common_settings, "DHCP_SERVER on\nDHCP_RELAY on\n");
         support::WriteFile(
@@ -92,4 +82,85 @@ protected:
         support::WriteFile(SettingsFile("dhcp-relay"), "<unit><dhcp-relay id='1'><interface type='listen'>" +
                                                            relay + "</interface></dhcp-relay></unit>");
     }
+
+    // Plays a call, with the answer `input` to its question.
+    void Play(const std::string& title, const Call& call, const std::string& input = "") {
+        transcript_ << "$ " << title << '\n';
+        Write("<", input);
+        const Lines lines = RecordLines();
+        const support::Snapshot before = support::TakeSnapshot(kFolders);
+        support::ForgetCommands();
+        (void)TakeLog();
+        bool done = false;
+        const support::Output output = support::Capture([&] { done = call(); }, input);
+        transcript_ << (done ? "" : "refused\n");
+        Write("out", output.out);
+        Write("err", output.err);
+        for (const support::LogLine& line : TakeLog())
+            Write("log " + std::to_string(line.level), line.text);
+        for (const std::string& command : support::Commands())
+            Write("run", command);
+        WriteDifference(lines, RecordLines());
+        for (const std::string& change : support::Changes(before, support::TakeSnapshot(kFolders))) {
+            if (!change.ends_with("/local.conf") && !change.ends_with("/settings.crg"))
+                transcript_ << change << '\n';
+        }
+        (void)support::RunShell("rm -rf /tmp/recorder/queue*");
+    }
+
+    // Plays a call, and then again, from the same record, with each of its programs failing in turn.
+    // `outputs` are what the programs say when they don't.
+    void PlayWithFailures(const std::string& title, const Call& call, const std::string& input = "",
+                          std::map<std::string, std::string> outputs = {}) {
+        const std::string record = support::ReadFile(path_list::local_settings);
+        for (const auto& [program, output] : outputs)
+            support::Queue(program, {.out = output});
+        Play(title, call, input);
+        const std::vector<std::string> commands = support::Commands();
+        for (std::size_t failing = 0; failing < commands.size(); ++failing) {
+            WriteRecord(record);
+            std::map<std::string, std::string> left = outputs; // each is said once
+            for (std::size_t i = 0; i <= failing; ++i) {
+                const std::string program = commands[i].substr(0, commands[i].find(' '));
+                support::Queue(program, {.out = i < failing ? std::exchange(left[program], "") : "",
+                                         .status = i < failing ? 0 : 7});
+            }
+            for (const auto& [program, output] : left)
+                support::Queue(program, {.out = output});
+            Play(title + "   # " + commands[failing] + " fails", call, input);
+        }
+        WriteRecord(record);
+    }
+
+    void ExpectTranscript(const std::string& name) {
+        support::WriteFile("/tmp/transcript", transcript_.str());
+        support::ExpectGolden("/tmp/transcript", "commands/interfaces/" + name + ".txt");
+    }
+
+private:
+    // The record's lines by key.
+    static Lines RecordLines() {
+        Lines lines;
+        std::istringstream text(support::ReadFile(path_list::local_settings));
+        for (std::string line; std::getline(text, line);) {
+            const std::size_t value = line.find_first_not_of('\t', line.find('\t'));
+            lines[line.substr(0, line.find('\t'))] = value != std::string::npos ? line.substr(value) : "";
+        }
+        return lines;
+    }
+    void Write(const std::string& mark, const std::string& text) {
+        std::istringstream lines(text);
+        for (std::string line; std::getline(lines, line);)
+            transcript_ << mark << ' ' << line << '\n';
+    }
+    void WriteDifference(const Lines& before, const Lines& after) {
+        for (const auto& [key, value] : after) {
+            if (!before.contains(key) || before.at(key) != value)
+                transcript_ << "set " << key << " = " << value << '\n';
+        }
+        for (const auto& [key, value] : before)
+            transcript_ << (after.contains(key) ? "" : "unset " + key + "\n");
+    }
+
+    std::ostringstream transcript_;
 };

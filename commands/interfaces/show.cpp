@@ -1,0 +1,149 @@
+#include "commands/interfaces/show.h"
+
+#include "commands/arguments.h"
+#include "front/probes/adapters.h"
+#include "platform/console.h"
+#include "platform/log.h"
+#include "platform/network.h"
+#include "platform/pager.h"
+#include "platform/path_list.h"
+#include "platform/processes.h"
+#include "records/conf_struct.h"
+#include "records/network_crossing.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <unistd.h>
+#include <vector>
+
+namespace interfaces {
+namespace {
+
+using corvanshell::CConfStruct;
+
+constexpr const char* kSeparator = "----------\n";
+
+// A named file that goes with this object.
+class TemporaryFile {
+public:
+    TemporaryFile() {
+        const int descriptor = mkostemp(path_, O_CLOEXEC);
+        if (descriptor >= 0)
+            stream_ = fdopen(descriptor, "w+");
+        created_ = descriptor >= 0;
+    }
+    ~TemporaryFile() {
+        if (stream_ != nullptr)
+            std::fclose(stream_);
+        if (created_)
+            unlink(path_);
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    // Null, with errno, when it can't be made.
+    std::FILE* Stream() const { return stream_; }
+    const char* Path() const { return path_; }
+
+private:
+    char path_[32] = "/tmp/interfaces.XXXXXX";
+    std::FILE* stream_ = nullptr;
+    bool created_ = false;
+};
+
+// The client's text about the interface, "" when it says nothing of DHCP or of the link.
+std::string InterfaceBlock(const std::string& name) {
+    std::vector<std::string> lines;
+    corvanshell::run(("/sbin/dhcpclient.sh ifconf " + name).c_str(), lines);
+    std::string block;
+    bool kept = false;
+    for (const std::string& line : lines) {
+        kept = kept || line.find("Configured by DHCP:") != std::string::npos ||
+               line.find("Speed:") != std::string::npos;
+        block += line + '\n';
+    }
+    return kept ? block : "";
+}
+
+std::string AllBlocks() {
+    const CConfStruct record(path_list::local_settings, true);
+    std::string text;
+    for (const auto& [name, entry] : record.Interfaces()) {
+        const std::string block = arguments::IsInterfaceName(name) ? InterfaceBlock(name) : "";
+        if (!block.empty())
+            text += (text.empty() ? "" : kSeparator) + block;
+    }
+    return text;
+}
+
+bool ShowFile(const TemporaryFile& file) {
+    ShellPager pager;
+    if (std::fflush(file.Stream()) == 0 && pager.open() != nullptr && pager.print_file(file.Path()))
+        return true;
+    shell_print_error("<SH_IF>: failed to access temporary file: %s", std::strerror(errno));
+    return false;
+}
+
+bool IsTarget(const std::string& text) {
+    return arguments::IsAddress(text) || corvanshell::is_valid_domain_name(text, false, false);
+}
+
+std::string NetworkAddress(const corvanshell::Network& network) {
+    const auto address = corvanshell::address_to_number(network.address);
+    const auto mask = corvanshell::address_to_number(network.netmask);
+    if (address < 0 || mask < 0)
+        return "";
+    const auto number = address & mask;
+    return std::to_string(number >> 24) + '.' + std::to_string((number >> 16) & 255) + '.' +
+           std::to_string((number >> 8) & 255) + '.' + std::to_string(number & 255);
+}
+
+// Why no host answers to the address, null when one may.
+const char* FindPingRefusal(const std::string& target) {
+    const CConfStruct record(path_list::local_settings, true);
+    for (const auto& [name, entry] : record.Interfaces()) {
+        for (const corvanshell::Network& network : NetworksOf(entry)) {
+            if (target == network.broadcast)
+                return "you can't ping broadcast";
+            if (target == NetworkAddress(network))
+                return "you can't ping network address";
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+bool ShowInterfaces() {
+    shell_log_info("<SH_IF> Command: inet show interface");
+    shell_print_info("Interfaces info collection is in progress...");
+    const TemporaryFile file;
+    if (file.Stream() == nullptr) {
+        shell_print_error("<SH_IF>: failed to create temporary file: %s", std::strerror(errno));
+        return false;
+    }
+    std::fputs(AllBlocks().c_str(), file.Stream());
+    if (!ShowFile(file))
+        return false;
+    shell_print_info("The current number of network interfaces on the system is %ld. The maximum limit of "
+                     "interfaces is %ld.",
+                     CountNetworkAdapters(), GetNetworkAdapterLimit());
+    return true;
+}
+
+bool Ping(const std::string& target) {
+    if (!arguments::Check({{target, IsTarget, "address or host name"}}))
+        return false;
+    if (const char* const refusal = FindPingRefusal(target)) {
+        shell_print_error("%s", refusal);
+        return false;
+    }
+    shell_print_info("Pinging %s , press Ctrl+C to stop", target.c_str());
+    return shell_spawn("/bin/ping", target.c_str(), nullptr) == 0;
+}
+
+} // namespace interfaces
