@@ -4,6 +4,7 @@
 
 #include "platform/cluster_file.h"
 #include "platform/console.h"
+#include "platform/date_time.h"
 #include "platform/guards.h"
 #include "platform/ini.h"
 #include "platform/locks.h"

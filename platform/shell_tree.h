@@ -43,6 +43,9 @@ public:
 
     TreeNode& add(std::unique_ptr<TreeNode> stage);
     void set_action(Action action) { action_ = std::move(action); }
+    // Empties the node. What stood below it lives on until the next call, because the command that empties the
+    // tree is a part of it.
+    void clean();
     const std::vector<std::unique_ptr<TreeNode>>& stages() const { return stages_; }
     bool ends_command() const { return static_cast<bool>(action_); }
 
@@ -50,7 +53,32 @@ private:
     TreeNode* find_stage(const std::string& word) const;
 
     std::vector<std::unique_ptr<TreeNode>> stages_;
+    std::vector<std::unique_ptr<TreeNode>> cleaned_;
     Action action_;
+};
+
+// The running command shell, as far as its commands may change it. A process that runs commands without a shell
+// has an object without a tree.
+class Shell {
+public:
+    // Makes the commands of a mode below the root.
+    using Build = std::function<void(TreeNode& root, int mode)>;
+
+    static Shell& Get();
+
+    // 0 single, 1 cluster. The shell sets it when it starts.
+    int Mode() const { return mode_; }
+    void SetMode(int mode) { mode_ = mode; }
+
+    // The tree that commands are typed at. The caller owns the root, and takes it back with a null pointer.
+    void SetTree(TreeNode* root, Build build);
+    // Cleans the tree and builds it for the present mode.
+    void RebuildTree();
+
+private:
+    int mode_ = 0;
+    TreeNode* root_ = nullptr;
+    Build build_;
 };
 
 // A stage that takes any word that is not empty, and adds nothing to the arguments.

@@ -3,11 +3,34 @@
 #include "platform/console.h"
 
 #include <algorithm>
+#include <utility>
 
 TreeNode::~TreeNode() = default;
 
 TreeNode& TreeNode::add(std::unique_ptr<TreeNode> stage) {
     return *stages_.emplace_back(std::move(stage));
+}
+
+void TreeNode::clean() {
+    cleaned_ = std::exchange(stages_, {});
+    action_ = nullptr;
+}
+
+Shell& Shell::Get() {
+    static Shell shell;
+    return shell;
+}
+
+void Shell::SetTree(TreeNode* root, Build build) {
+    root_ = root;
+    build_ = std::move(build);
+}
+
+void Shell::RebuildTree() {
+    if (root_ == nullptr)
+        return;
+    root_->clean();
+    build_(*root_, mode_);
 }
 
 // A stage that has the whole word goes before those that it only begins; of these there must be one.

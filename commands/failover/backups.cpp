@@ -1,0 +1,143 @@
+#include "commands/failover/backups.h"
+
+#include "platform/console.h"
+#include "platform/path_list.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <libintl.h>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace failover {
+namespace {
+
+constexpr std::size_t kBlock = 64 * 1024;
+
+class Descriptor {
+public:
+    explicit Descriptor(int number) : number_(number) {}
+    ~Descriptor() {
+        if (number_ >= 0)
+            close(number_);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    [[nodiscard]] int Get() const { return number_; }
+
+private:
+    int number_;
+};
+
+std::vector<std::string> Files() {
+    return {path_list::failover_settings, path_list::failover_settings + ".crg"};
+}
+
+std::string BackupOf(const std::string& file) {
+    return file + "~";
+}
+
+bool Fail(const std::string& path) {
+    const std::string reason = path + ": " + std::strerror(errno);
+    shell_print_error(gettext("failed to copy failover config file: %s"), reason.c_str());
+    return false;
+}
+
+bool WriteAll(int descriptor, const char* text, std::size_t size) {
+    while (size > 0) {
+        const ssize_t written = write(descriptor, text, size);
+        if (written < 0 && errno != EINTR)
+            return false;
+        text += written > 0 ? written : 0;
+        size -= written > 0 ? static_cast<std::size_t>(written) : 0;
+    }
+    return true;
+}
+
+bool CopyBytes(int from, int to) {
+    std::vector<char> block(kBlock);
+    ssize_t size = 0;
+    while ((size = read(from, block.data(), block.size())) != 0) {
+        if (size < 0 && errno != EINTR)
+            return false;
+        if (size > 0 && !WriteAll(to, block.data(), static_cast<std::size_t>(size)))
+            return false;
+    }
+    return true;
+}
+
+// Gives `to` the mode and owner of `from`, which must be a regular file.
+bool CopyOwnership(int from, int to) {
+    struct stat source = {};
+    struct stat target = {};
+    if (fstat(from, &source) != 0 || fstat(to, &target) != 0)
+        return false;
+    if (!S_ISREG(source.st_mode)) {
+        errno = EINVAL;
+        return false;
+    }
+    const bool is_foreign = source.st_uid != target.st_uid || source.st_gid != target.st_gid;
+    return (!is_foreign || fchown(to, source.st_uid, source.st_gid) == 0) &&
+           fchmod(to, source.st_mode & 07777) == 0;
+}
+
+// The copy gets its name when it is whole and on the disk.
+bool CopyFile(const std::string& from, const std::string& to) {
+    const std::string unfinished = to + ".tmp";
+    const Descriptor source(open(from.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (source.Get() < 0)
+        return Fail(from);
+    (void)unlink(unfinished.c_str()); // what a killed run left
+    const Descriptor target(open(unfinished.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    if (target.Get() >= 0 && CopyOwnership(source.Get(), target.Get()) &&
+        CopyBytes(source.Get(), target.Get()) && fsync(target.Get()) == 0 &&
+        rename(unfinished.c_str(), to.c_str()) == 0)
+        return true;
+    (void)Fail(to);
+    (void)unlink(unfinished.c_str());
+    return false;
+}
+
+// Where a file stands that may be a link.
+std::string TargetOf(const std::string& file) {
+    const std::unique_ptr<char, void (*)(void*)> target(realpath(file.c_str(), nullptr), std::free);
+    return target ? target.get() : file;
+}
+
+} // namespace
+
+bool Backups::Make() const {
+    for (const std::string& file : Files()) {
+        if (!CopyFile(file, BackupOf(file))) {
+            Remove();
+            return false;
+        }
+    }
+    return true;
+}
+
+bool Backups::Restore() const {
+    bool done = true;
+    for (const std::string& file : Files()) {
+        if (rename(BackupOf(file).c_str(), TargetOf(file).c_str()) != 0)
+            done = Fail(file);
+    }
+    return done;
+}
+
+void Backups::Remove() const {
+    for (const std::string& file : Files()) {
+        if (access(file.c_str(), F_OK) == 0)
+            (void)unlink(BackupOf(file).c_str());
+    }
+}
+
+std::string Backups::TextFile() const {
+    return BackupOf(path_list::failover_settings);
+}
+
+} // namespace failover

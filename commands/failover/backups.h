@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+// Copies of the cluster file and its guard, "<file>~" beside each, for as long as the file is being edited.
+
+namespace failover {
+
+class Backups {
+public:
+    // Makes both anew, with the files' modes and owners. A failure is reported, and leaves none behind.
+    [[nodiscard]] bool Make() const;
+    // Puts both back in the place of the files, which takes no room on the disk. What can't be put back is
+    // reported and stays as a backup.
+    [[nodiscard]] bool Restore() const;
+    // Removes those whose file is there: any other is the last copy.
+    void Remove() const;
+
+    // The file's text before it was edited.
+    std::string TextFile() const;
+};
+
+} // namespace failover

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <set>
+#include <string>
+
+// The services that an appliance may run in single mode only.
+
+namespace failover {
+
+// Their names, as /etc/single_only lists them.
+std::set<std::string> ListForbiddenServices();
+// Those of them that the settings switch on.
+std::set<std::string> ListEnabledServices();
+
+// Start and stop a service by its name in the settings. Success and failure are told in the log.
+void StartService(const std::string& name);
+void StopService(const std::string& name);
+
+} // namespace failover
