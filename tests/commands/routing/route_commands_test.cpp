@@ -148,16 +148,19 @@ TEST_F(RouteCommandsTest, AddIsRefusedBeforeAnythingIsSent) {
         {"5", "", "50", failed + "Distance coincides with a distance of DHCP."},
         {"254", "", "110", failed + "Distance coincides with a distance of OSPF."},
     };
-    for (const auto& [table, name, distance, error] : cases) {
-        EXPECT_EQ(Do(false, [&] { return RouteAdd("10.0.0.0", "", "1.1.1.1", table, name, distance, ""); }),
-                  (Output{"", error + "\n"}));
+    for (const auto& test : cases) {
+        EXPECT_EQ(
+            Do(false,
+               [&] { return RouteAdd("10.0.0.0", "", "1.1.1.1", test.table, test.name, test.distance, ""); }),
+            (Output{"", test.error + "\n"}));
         const auto part = [](std::string word, const std::string& text) {
             return text.empty() ? "" : word + text;
         };
-        EXPECT_THAT(TakeLog(),
-                    ElementsAre(LogLine{6, "<RT_ADD> Command: inet route add 10.0.0.0 gateway 1.1.1.1" +
-                                               part(" distance ", distance) + part(" table name ", name) +
-                                               part(" table number ", table) + ". " + error}));
+        EXPECT_THAT(
+            TakeLog(),
+            ElementsAre(LogLine{6, "<RT_ADD> Command: inet route add 10.0.0.0 gateway 1.1.1.1" +
+                                       part(" distance ", test.distance) + part(" table name ", test.name) +
+                                       part(" table number ", test.table) + ". " + test.error}));
     }
     EXPECT_EQ(Show("show running-config"), before);
     support::ExpectUnchanged(snapshot);
