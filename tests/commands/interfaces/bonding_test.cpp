@@ -79,7 +79,7 @@ TEST_F(BondingTest, Refusals) {
     unlink("/mnt/main/etc/l2overip.conf");
     GiveToDhcp("bond0", "eth2");
     Delete("0");
-    ExpectTranscript("bond_refusals");
+    ExpectTranscript("interfaces/bond_refusals");
 }
 
 // From the making of a bond to its end. The script's failures are told, and the settings stay.
@@ -118,7 +118,7 @@ TEST_F(BondingTest, LifeOfABond) {
     Delete("2");
     PlayWithFailures(
         "inet bonding delete 2", [] { return DeleteBond("2"); }, "y\n");
-    ExpectTranscript("bond_life");
+    ExpectTranscript("interfaces/bond_life");
 }
 
 TEST_F(BondingTest, SlaveClass) {
@@ -132,7 +132,7 @@ TEST_F(BondingTest, SlaveClass) {
     GiveToDhcp("eth0", "eth2");
     Enslave("eth0");
     Enslave("eth2");
-    ExpectTranscript("slave_class");
+    ExpectTranscript("interfaces/slave_class");
 }
 
 TEST_F(BondingTest, RolesThatAreRefused) {
@@ -141,7 +141,7 @@ TEST_F(BondingTest, RolesThatAreRefused) {
             Play("role of " + std::string(name) + ", mask " + std::to_string(mask),
                  [&] { return !IsInterfaceRoleRefused(name, mask, 1); });
     }
-    ExpectTranscript("roles");
+    ExpectTranscript("interfaces/roles");
 }
 
 TEST_F(BondingTest, ArgumentsOfferTheirWords) {

@@ -7,22 +7,27 @@
 
 #include <cstdlib>
 #include <functional>
+#include <map>
+#include <sstream>
 #include <string>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
-// What one call of a command does that anybody can see.
-struct Effect {
-    bool done = true;
-    support::Output output = {};
-    std::vector<support::LogLine> log = {};
-    std::vector<std::string> commands = {};
-};
-
-// An appliance without DHCP server and relay, whose scripts are recorders.
+// An appliance without DHCP server and relay. Commands are played into a transcript, which is compared with
+// an expected one:
+//
+//     $ inet ifconfig eth1 address delete 10.8.0.1 255.255.255.0     the command, "< y" what is answered
+//     refused                                                        it gave false
+//     out ...  err ...  log 6 ...                                    the terminal, the log with its levels
+//     run ...                                                        programs, in their order
+//     set KEY = value, unset KEY                                     changes of the record
+//     changed /etc/x                                                 changes of any other file
 class CommandTest : public support::Appliance {
 protected:
-    using Log = std::vector<support::LogLine>;
+    using Call = std::function<bool()>;
+    using Lines = std::map<std::string, std::string>;
+    inline static const std::vector<std::string> kFolders = {"/etc", "/mnt", "/run"};
 
     CommandTest() {
         setenv("PATH", "/usr/sbin:/usr/bin:/sbin:/bin", 1);
@@ -42,21 +47,87 @@ protected:
     }
     static void WriteRecord(const std::string& text) { WriteProtected(path_list::local_settings, text); }
 
-    // Expects the call, answered `input` at its question, to do just this.
-    void Expect(const std::function<bool()>& call, const Effect& effect, const std::string& input = "") {
+    // Plays a call, with the answer `input` to its question. A `file` is shown when the call changed it.
+    void Play(const std::string& title, const Call& call, const std::string& input = "",
+              const std::string& file = "") {
+        transcript_ << "$ " << title << '\n';
+        Write("<", input);
+        const Lines lines = RecordLines();
+        const support::Snapshot before = support::TakeSnapshot(kFolders);
         support::ForgetCommands();
         (void)TakeLog();
-        bool done = !effect.done;
-        EXPECT_EQ(support::Capture([&] { done = call(); }, input), effect.output);
-        EXPECT_EQ(done, effect.done);
-        EXPECT_EQ(TakeLog(), effect.log);
-        support::ExpectCommands(effect.commands);
+        bool done = false;
+        const support::Output output = support::Capture([&] { done = call(); }, input);
+        transcript_ << (done ? "" : "refused\n");
+        Write("out", output.out);
+        Write("err", output.err);
+        for (const support::LogLine& line : TakeLog())
+            Write("log " + std::to_string(line.level), line.text);
+        for (const std::string& command : support::Commands())
+            Write("run", command);
+        WriteDifference(lines, RecordLines());
+        for (const std::string& change : support::Changes(before, support::TakeSnapshot(kFolders))) {
+            if (!change.ends_with("/local.conf") && !change.ends_with("/settings.crg"))
+                transcript_ << change << '\n';
+            if (change == "changed " + file || change == "added " + file)
+                Write("   ", support::ReadFile(file));
+        }
+        (void)support::RunShell("rm -rf /tmp/recorder/queue*");
     }
-    // The same of a call that must leave everything on disk as it was.
-    void ExpectRefusal(const std::function<bool()>& call, Effect effect, const std::string& input = "") {
-        effect.done = false;
-        const support::Snapshot before = support::TakeSnapshot();
-        Expect(call, effect, input);
-        support::ExpectUnchanged(before);
+
+    // Plays a call, and then again, from the same record, with each of its programs failing in turn.
+    // `outputs` are what the programs say when they don't.
+    void PlayWithFailures(const std::string& title, const Call& call, const std::string& input = "",
+                          std::map<std::string, std::string> outputs = {}) {
+        const std::string record = support::ReadFile(path_list::local_settings);
+        for (const auto& [program, output] : outputs)
+            support::Queue(program, {.out = output});
+        Play(title, call, input);
+        const std::vector<std::string> commands = support::Commands();
+        for (std::size_t failing = 0; failing < commands.size(); ++failing) {
+            WriteRecord(record);
+            std::map<std::string, std::string> left = outputs; // each is said once
+            for (std::size_t i = 0; i <= failing; ++i) {
+                const std::string program = commands[i].substr(0, commands[i].find(' '));
+                support::Queue(program, {.out = i < failing ? std::exchange(left[program], "") : "",
+                                         .status = i < failing ? 0 : 7});
+            }
+            for (const auto& [program, output] : left)
+                support::Queue(program, {.out = output});
+            Play(title + "   # " + commands[failing] + " fails", call, input);
+        }
+        WriteRecord(record);
     }
+
+    void ExpectTranscript(const std::string& name) {
+        support::WriteFile("/tmp/transcript", transcript_.str());
+        support::ExpectGolden("/tmp/transcript", "commands/" + name + ".txt");
+    }
+
+private:
+    // The record's lines by key.
+    static Lines RecordLines() {
+        Lines lines;
+        std::istringstream text(support::ReadFile(path_list::local_settings));
+        for (std::string line; std::getline(text, line);) {
+            const std::size_t value = line.find_first_not_of('\t', line.find('\t'));
+            lines[line.substr(0, line.find('\t'))] = value != std::string::npos ? line.substr(value) : "";
+        }
+        return lines;
+    }
+    void Write(const std::string& mark, const std::string& text) {
+        std::istringstream lines(text);
+        for (std::string line; std::getline(lines, line);)
+            transcript_ << mark << ' ' << line << '\n';
+    }
+    void WriteDifference(const Lines& before, const Lines& after) {
+        for (const auto& [key, value] : after) {
+            if (!before.contains(key) || before.at(key) != value)
+                transcript_ << "set " << key << " = " << value << '\n';
+        }
+        for (const auto& [key, value] : before)
+            transcript_ << (after.contains(key) ? "" : "unset " + key + "\n");
+    }
+
+    std::ostringstream transcript_;
 };

@@ -71,7 +71,7 @@ TEST_F(CommandsTest, InterfacesThatNoCommandTakes) {
     State("eth9", "down");
     support::WriteFile(path_list::local_settings, "ETH1_UP 1\n"); // behind its guard's back
     Play("inet dhcp default-metric 5", [] { return SetDefaultDhcpMetric("5"); });
-    ExpectTranscript("refused_interfaces");
+    ExpectTranscript("interfaces/refused_interfaces");
 }
 
 TEST_F(CommandsTest, Addresses) {
@@ -100,7 +100,7 @@ TEST_F(CommandsTest, Addresses) {
     Address("eth1", "10.8.0.1");
     support::WriteFile("/run/dhcp-server.pid", std::to_string(getpid()));
     Address("eth0", "10.8.0.1");
-    ExpectTranscript("addresses");
+    ExpectTranscript("interfaces/addresses");
 }
 
 TEST_F(CommandsTest, Aliases) {
@@ -128,7 +128,7 @@ TEST_F(CommandsTest, Aliases) {
         Alias(name, "add", "10.8.0.1");
         Alias(name, "delete", "10.8.0.1");
     }
-    ExpectTranscript("aliases");
+    ExpectTranscript("interfaces/aliases");
 }
 
 TEST_F(CommandsTest, DhcpClient) {
@@ -146,7 +146,7 @@ TEST_F(CommandsTest, DhcpClient) {
     Dhcp("eth0");
     WriteRecord("WIFIROLE server\nWLAN0_UP 1\n");
     Dhcp("wlan0");
-    ExpectTranscript("dhcp_client");
+    ExpectTranscript("interfaces/dhcp_client");
 }
 
 TEST_F(CommandsTest, DhcpOptions) {
@@ -167,7 +167,7 @@ TEST_F(CommandsTest, DhcpOptions) {
     Play("inet dhcp default-metric 33", [] { return SetDefaultDhcpMetric("33"); });
     MakePassive();
     Play("inet dhcp default-metric 34", [] { return SetDefaultDhcpMetric("34"); });
-    ExpectTranscript("dhcp_options");
+    ExpectTranscript("interfaces/dhcp_options");
 }
 
 TEST_F(CommandsTest, LinkSettings) {
@@ -186,7 +186,7 @@ TEST_F(CommandsTest, LinkSettings) {
     });
     for (const char* value : {"1300", "auto", "12", "x", "99999999999"})
         Play(kInet + "eth3 mtu " + value, [&] { return SetMtu("eth3", value); });
-    ExpectTranscript("link");
+    ExpectTranscript("interfaces/link");
 }
 
 TEST_F(CommandsTest, States) {
@@ -206,7 +206,7 @@ TEST_F(CommandsTest, States) {
     GiveToDhcp("eth1", "eth0");
     State("eth1", "down");
     State("eth0", "down");
-    ExpectTranscript("states");
+    ExpectTranscript("interfaces/states");
 }
 
 TEST_F(CommandsTest, Resets) {
@@ -220,7 +220,7 @@ TEST_F(CommandsTest, Resets) {
     WriteRecord("WIFIROLE server\nWLAN0_UP 1\n");
     support::WriteFile("/run/hostapd.pid", std::to_string(getpid()));
     Reset("wlan0");
-    ExpectTranscript("resets");
+    ExpectTranscript("interfaces/resets");
 }
 
 TEST_F(CommandsTest, ShowAndPing) {
@@ -230,7 +230,7 @@ TEST_F(CommandsTest, ShowAndPing) {
     Play("inet show interface", ShowInterfaces);
     for (const char* target : {"10.5.0.255", "10.5.0.0", "-f", "10.5.0.9", "gate.example"})
         Play(std::string("inet ping ") + target, [&] { return Ping(target); });
-    ExpectTranscript("show_and_ping");
+    ExpectTranscript("interfaces/show_and_ping");
 }
 
 } // namespace

@@ -58,7 +58,7 @@ TEST_F(VlansTest, Classes) {
     GiveToDhcp("eth0", "eth1");
     Trunk("eth1");
     Trunk("eth0");
-    ExpectTranscript("classes");
+    ExpectTranscript("interfaces/classes");
 }
 
 TEST_F(VlansTest, AddVlan) {
@@ -72,7 +72,7 @@ TEST_F(VlansTest, AddVlan) {
     Add("eth1", 10);
     support::Queue("/sbin/ifconfig", {.out = std::string(400, '\n')});
     Add("eth3", 10);
-    ExpectTranscript("vlan_add");
+    ExpectTranscript("interfaces/vlan_add");
 }
 
 TEST_F(VlansTest, DeleteVlan) {
@@ -97,7 +97,7 @@ TEST_F(VlansTest, DeleteVlan) {
     support::WriteFile("/sbin/ip", "#!/bin/sh\necho > /proc/net/vlan/config\n", 0755);
     WriteVlans(row);
     Delete("eth3", "5");
-    ExpectTranscript("vlan_delete");
+    ExpectTranscript("interfaces/vlan_delete");
 }
 
 TEST_F(VlansTest, Comments) {
@@ -105,7 +105,7 @@ TEST_F(VlansTest, Comments) {
     Play("inet vlan 12 comment add", [] { return AddVlanComment("12", "x\nETH0_UP 0"); });
     Play("inet vlan 12 comment delete", [] { return DeleteVlanComment("12"); });
     Play("inet vlan x comment delete", [] { return DeleteVlanComment("x"); });
-    ExpectTranscript("vlan_comments");
+    ExpectTranscript("interfaces/vlan_comments");
 }
 
 } // namespace
