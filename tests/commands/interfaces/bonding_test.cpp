@@ -79,6 +79,13 @@ TEST_F(BondingTest, Refusals) {
     unlink("/mnt/main/etc/l2overip.conf");
     GiveToDhcp("bond0", "eth2");
     Delete("0");
+    unlink(SettingsFile("dhcp-server").c_str());
+    // No command selects this mode, and a file that holds it is honoured.
+    AlterEntry("bond0", [](auto& entry) {
+        entry.bonding_mode = "balance-alb";
+        entry.bonding_miimon = "0";
+    });
+    Set("bond0", "primary", "none");
     ExpectTranscript("interfaces/bond_refusals");
 }
 

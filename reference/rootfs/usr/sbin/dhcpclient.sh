@@ -60,7 +60,7 @@ case $1 in
         done
         ;;
     ifconf)
-        ip -brief -4 address show dev "$interface" || exit 1
+        ip -brief address show dev "$interface" || exit 1
         if [ "$(value IP)" = dhcp ]; then echo "    Configured by DHCP: yes"; else echo "    Configured by DHCP: no"; fi
         echo "    Speed: $(value SPEED)"
         ;;
