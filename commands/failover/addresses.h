@@ -15,7 +15,4 @@ namespace failover {
 // its guard.
 [[nodiscard]] bool ValidateFailoverAddresses(const corvanshell::CConfStruct& record);
 
-// Shows which machines answer for the active addresses. Works on the passive node only.
-[[nodiscard]] bool CheckActiveAddresses();
-
 } // namespace failover

@@ -1,6 +1,7 @@
 #include "commands/failover/backups.h"
 
 #include "platform/console.h"
+#include "platform/guards.h"
 #include "platform/path_list.h"
 
 #include <cerrno>
@@ -108,9 +109,21 @@ std::string TargetOf(const std::string& file) {
     return target ? target.get() : file;
 }
 
+// Whether an earlier edit was killed: its backups are the last text that had a guard.
+bool IsEditBrokenOff() {
+    for (const std::string& file : Files()) {
+        if (access(BackupOf(file).c_str(), F_OK) != 0)
+            return false;
+    }
+    const std::string& file = path_list::failover_settings;
+    return !corvanshell::CheckGuardFile((file + ".crg").c_str(), file.c_str(), nullptr);
+}
+
 } // namespace
 
 bool Backups::Make() const {
+    if (IsEditBrokenOff())
+        return true;
     for (const std::string& file : Files()) {
         if (!CopyFile(file, BackupOf(file))) {
             Remove();

@@ -8,7 +8,8 @@ namespace failover {
 
 class Backups {
 public:
-    // Makes both anew, with the files' modes and owners. A failure is reported, and leaves none behind.
+    // Makes both anew, with the files' modes and owners. Those of an edit that was killed stay as they are,
+    // since the file is no good then. A failure is reported, and leaves none behind.
     [[nodiscard]] bool Make() const;
     // Puts both back in the place of the files, which takes no room on the disk. What can't be put back is
     // reported and stays as a backup.

@@ -78,11 +78,11 @@ bool Accept(const Backups& backups, const Lines& changes) {
 
 bool EditConfig() {
     shell_log_info("command failover config edit");
-    // Later it can't be read: the edited file does not match its guard.
-    const corvanshell::CConfStruct record(path_list::local_settings, true);
     const Backups backups;
     if (!backups.Make())
         return false;
+    // Behind the editor it can't be read: the file does not match its guard.
+    const corvanshell::CConfStruct record(path_list::local_settings, true);
     Lines changes;
     const Outcome outcome = RunEditor(backups, record, changes);
     if (outcome == Outcome::kChanged)
