@@ -6,10 +6,14 @@
 #include "platform/log.h"
 #include "platform/path_list.h"
 
+#include <cerrno>
+#include <cstring>
 #include <exception>
+#include <fcntl.h>
 #include <fstream>
 #include <sstream>
 #include <strings.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace corvanshell {
@@ -47,6 +51,16 @@ std::vector<std::string> SplitWords(const std::string& line) {
         start = line.find_first_not_of(kSeparators, end);
     }
     return words;
+}
+
+// Makes the file readable by its owner alone before a secret goes into it.
+void KeepSecret(const std::string& path) {
+    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+    if (descriptor < 0)
+        return; // the open for writing reports it
+    if (fchmod(descriptor, 0600) != 0)
+        shell_log_error("%s: failed to restrict access: %s", path.c_str(), std::strerror(errno));
+    close(descriptor);
 }
 
 } // namespace
@@ -145,9 +159,27 @@ std::string BasicConfStruct::Join(const std::set<std::string>& texts, char separ
     return result;
 }
 
-bool BasicConfStruct::UpdateGuard() const {
-    return !check ||
-           UpdateGuardFile(path_list::settings_guard.c_str(), kOneOfSharedGuard, path.c_str(), nullptr);
+bool BasicConfStruct::WriteFile(bool secret) const {
+    lock_tool::FileLock lock(path_list::settings_lock);
+    if (!lock.AcquireExclusive(settings_lock_timeout, true)) {
+        shell_log_warning("config is locked by another process, please try again");
+        return false;
+    }
+    if (secret)
+        KeepSecret(path);
+    std::ofstream output(path, std::ios::trunc);
+    if (!output) {
+        shell_log_error("%s: failed to open: %s", path.c_str(), std::strerror(errno));
+        return false;
+    }
+    WriteAll(output);
+    output.close();
+    const bool written = static_cast<bool>(output);
+    if (!written)
+        shell_log_error("%s: failed to write: %s", path.c_str(), std::strerror(errno));
+    const bool guarded = !check || UpdateGuardFile(path_list::settings_guard.c_str(), kOneOfSharedGuard,
+                                                   path.c_str(), nullptr);
+    return guarded && written;
 }
 
 } // namespace corvanshell

@@ -50,8 +50,12 @@ protected:
     virtual void ReadFile(const std::string& path);
     virtual std::string Join(const std::set<std::string>& texts, char separator) const;
 
-    // Renews this file's part of the shared guard, when the record is a guarded one.
-    bool UpdateGuard() const;
+    // Everything that stands in the file.
+    virtual void WriteAll(std::ostream& output) const = 0;
+
+    // Writes the file in one pass under the exclusive settings lock and renews its part of the shared guard,
+    // when the record is a guarded one. With `secret` nobody but its owner can read it. A failure is logged.
+    [[nodiscard]] bool WriteFile(bool secret) const;
 
     std::string path;
     bool check;

@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <fstream>
+#include <ostream>
 #include <unistd.h>
 
 namespace corvanshell {
@@ -81,25 +81,14 @@ bool CommonConfStruct::Write() {
         shell_log_error("cannot set write lock on %s", path_list::common_settings.c_str());
         return false;
     }
-    return WriteUnderSettingsLock();
+    return WriteFile(false);
 }
 
-bool CommonConfStruct::WriteUnderSettingsLock() {
-    lock_tool::FileLock lock(path_list::settings_lock);
-    if (!lock.AcquireExclusive(settings_lock_timeout, true)) {
-        shell_log_warning("config is locked by another process, please try again");
-        return false;
-    }
-    std::ofstream output(path, std::ios::trunc);
+void CommonConfStruct::WriteAll(std::ostream& output) const {
     output << kSessionTimeout << '\t' << session_timeout << '\n';
     output << kMaxRemoteSessions << '\t' << max_remote_sessions << '\n';
     WriteFlags(output);
     WriteLines(output);
-    output.close();
-    const bool written = static_cast<bool>(output);
-    if (!written)
-        shell_log_error("%s: failed to write: %s", path.c_str(), std::strerror(errno));
-    return UpdateGuard() && written;
 }
 
 } // namespace corvanshell

@@ -20,9 +20,9 @@ protected:
     bool ParseLine(const std::string& line, const std::string& key, const std::string& value,
                    const Words& tokens) override;
 
-private:
-    bool WriteUnderSettingsLock();
+    void WriteAll(std::ostream& output) const override;
 
+private:
     unsigned long session_timeout = 0;
     unsigned long max_remote_sessions = 0;
 };

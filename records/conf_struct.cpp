@@ -1,20 +1,10 @@
 #include "records/conf_struct.h"
 
-#include "platform/locks.h"
-#include "platform/log.h"
-#include "platform/path_list.h"
-
 #include <boost/algorithm/string/case_conv.hpp>
 #include <boost/algorithm/string/predicate.hpp>
 #include <boost/algorithm/string/trim.hpp>
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
-#include <fcntl.h>
-#include <fstream>
 #include <iostream>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace corvanshell {
 
@@ -78,16 +68,6 @@ constexpr DefaultFlag kDefaultFlags[] = {
 constexpr const char* kDefaultHostName = "zq100";
 constexpr const char* kVlanPrefix = "VLAN";
 constexpr const char* kCommentSuffix = "_COMMENT";
-
-// Makes a file that will hold the SIM PIN readable by its owner alone before the PIN goes into it.
-void KeepSecret(const std::string& path) {
-    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
-    if (descriptor < 0)
-        return; // the open for writing reports it
-    if (fchmod(descriptor, 0600) != 0)
-        shell_log_error("%s: failed to restrict access: %s", path.c_str(), std::strerror(errno));
-    close(descriptor);
-}
 
 } // namespace
 
@@ -187,24 +167,7 @@ void CConfStruct::WriteAll(std::ostream& output) const {
 }
 
 bool CConfStruct::Write() {
-    lock_tool::FileLock lock(path_list::settings_lock);
-    if (!lock.AcquireExclusive(settings_lock_timeout, true)) {
-        shell_log_warning("config is locked by another process, please try again");
-        return false;
-    }
-    if (!gsm_sim_pin.empty())
-        KeepSecret(path);
-    std::ofstream output(path, std::ios::trunc);
-    if (!output) {
-        shell_log_error("%s: failed to open: %s", path.c_str(), std::strerror(errno));
-        return false;
-    }
-    WriteAll(output);
-    output.close();
-    const bool written = static_cast<bool>(output);
-    if (!written)
-        shell_log_error("%s: failed to write: %s", path.c_str(), std::strerror(errno));
-    return UpdateGuard() && written;
+    return WriteFile(!gsm_sim_pin.empty());
 }
 
 } // namespace corvanshell
