@@ -43,8 +43,8 @@ public:
 
     TreeNode& add(std::unique_ptr<TreeNode> stage);
     void set_action(Action action) { action_ = std::move(action); }
-    // Empties the node. What stood below it lives on until the next call, because the command that empties the
-    // tree is a part of it.
+    // Empties the node. What stood below it lives on until the next call, because the command that empties
+    // the tree is a part of it.
     void clean();
     const std::vector<std::unique_ptr<TreeNode>>& stages() const { return stages_; }
     bool ends_command() const { return static_cast<bool>(action_); }
@@ -57,8 +57,8 @@ private:
     Action action_;
 };
 
-// The running command shell, as far as its commands may change it. A process that runs commands without a shell
-// has an object without a tree.
+// The running command shell, as far as its commands may change it. A process that runs commands without a
+// shell has an object without a tree.
 class Shell {
 public:
     // Makes the commands of a mode below the root.

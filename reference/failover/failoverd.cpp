@@ -1,7 +1,7 @@
 // failoverd active|passive
 //
-// The failover daemon of the reference appliance: it holds its node's role, and there is no other node. A program of
-// its own, because the system looks for a process of this executable.
+// The failover daemon of the reference appliance: it holds its node's role, and there is no other node. A
+// program of its own, because the system looks for a process of this executable.
 
 #include <csignal>
 #include <cstdio>
