@@ -1,5 +1,6 @@
 #include "records/common_conf_struct.h"
 
+#include "front/probes/descriptor.h"
 #include "platform/locks.h"
 #include "platform/log.h"
 #include "platform/path_list.h"
@@ -22,21 +23,6 @@ constexpr const char* kFlags[] = {
 
 constexpr int kLockTries = 50;
 constexpr useconds_t kLockPause = 100000; // microseconds
-
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number_(number) {}
-    ~Descriptor() {
-        if (number_ >= 0)
-            close(number_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int Number() const { return number_; }
-
-private:
-    int number_;
-};
 
 bool LockPatiently(POSIX_File::SoftLock& lock) {
     for (int i = 0; i < kLockTries; ++i) {
@@ -72,11 +58,11 @@ bool CommonConfStruct::ParseLine(const std::string& /*line*/, const std::string&
 
 bool CommonConfStruct::Write() {
     const Descriptor file(open(path_list::common_settings.c_str(), O_WRONLY | O_CLOEXEC));
-    if (file.Number() < 0) {
+    if (file.Get() < 0) {
         shell_log_error("%s: failed to open: %s", path_list::common_settings.c_str(), std::strerror(errno));
         return false;
     }
-    POSIX_File::SoftLock soft_lock(file.Number(), F_WRLCK, false);
+    POSIX_File::SoftLock soft_lock(file.Get(), F_WRLCK, false);
     if (!LockPatiently(soft_lock)) {
         shell_log_error("cannot set write lock on %s", path_list::common_settings.c_str());
         return false;

@@ -32,6 +32,16 @@ std::string ListText(xmlDoc* document, xmlNode* children) {
     return TakeString(xmlNodeListGetString(document, children, 1));
 }
 
+using AttrSetter = xmlAttr* (*)(xmlNode*, const xmlChar*, const xmlChar*);
+
+[[gnu::format(printf, 4, 0)]] bool PutAttr(AttrSetter put, xmlNode* node, const char* name,
+                                           const char* format, va_list arguments) {
+    char text[kTextSize];
+    FormatText(text, format, arguments);
+    return node != nullptr && node->type != XML_ATTRIBUTE_NODE && IsXmlText(text) &&
+           put(node, ToXml(name), ToXml(text)) != nullptr;
+}
+
 void FreeResult(xmlXPathObject* result) {
     // The nodes may be gone by now; the table must not be walked.
     result->nodesetval->nodeNr = 0;
@@ -114,25 +124,19 @@ Node Node::AddChild(const char* name, const char* format, ...) {
 }
 
 Node Node::NewAttr(const char* name, const char* format, ...) {
-    char text[kTextSize];
     va_list arguments;
     va_start(arguments, format);
-    FormatText(text, format, arguments);
+    const bool put = PutAttr(xmlNewProp, node_, name, format, arguments);
     va_end(arguments);
-    if (node_ == nullptr || IsAttribute() || !IsXmlText(text))
-        return {};
-    return xmlNewProp(node_, ToXml(name), ToXml(text)) != nullptr ? *this : Node();
+    return put ? *this : Node();
 }
 
 Node Node::SetAttr(const char* name, const char* format, ...) {
-    char text[kTextSize];
     va_list arguments;
     va_start(arguments, format);
-    FormatText(text, format, arguments);
+    const bool put = PutAttr(xmlSetProp, node_, name, format, arguments);
     va_end(arguments);
-    if (node_ == nullptr || IsAttribute() || !IsXmlText(text))
-        return {};
-    return xmlSetProp(node_, ToXml(name), ToXml(text)) != nullptr ? *this : Node();
+    return put ? *this : Node();
 }
 
 Node Node::AddPrevSibling(Node other) {

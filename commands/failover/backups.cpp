@@ -1,5 +1,6 @@
 #include "commands/failover/backups.h"
 
+#include "front/probes/descriptor.h"
 #include "platform/console.h"
 #include "platform/guards.h"
 #include "platform/path_list.h"
@@ -18,21 +19,6 @@ namespace failover {
 namespace {
 
 constexpr std::size_t kBlock = 64 * 1024;
-
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number_(number) {}
-    ~Descriptor() {
-        if (number_ >= 0)
-            close(number_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    [[nodiscard]] int Get() const { return number_; }
-
-private:
-    int number_;
-};
 
 std::vector<std::string> Files() {
     return {path_list::failover_settings, path_list::failover_settings + ".crg"};
