@@ -157,8 +157,10 @@ bool SetDhcp(const std::string& name) {
 
 bool SetDhcpUse(const std::string& name, const std::string& what, const std::string& value) {
     InterfaceEdit edit(name);
+    if (!OpenForChange(edit) || !arguments::Check({{value, IsSwitch, "value"}}))
+        return false;
     const Use* const use = FindUse(what);
-    if (use == nullptr || !OpenForChange(edit) || !arguments::Check({{value, IsSwitch, "value"}}))
+    if (use == nullptr)
         return false;
     if (edit.entry.interface_class == corvanshell::kTrunkClass) {
         PrintTrunkRefusal();
