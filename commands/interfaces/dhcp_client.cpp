@@ -104,11 +104,13 @@ bool StartClient(InterfaceEdit& edit, const InterfaceEntry& earlier) {
     const std::string& name = edit.Name();
     if (RunLine(kClient + "start " + name))
         return true;
+    static_cast<void>(
+        Fail("The command 'inet ifconfig " + name +
+                 " dhcp' cannot be executed: the dhcpclient cannot be started on the interface " + name,
+             Print));
     edit.entry = earlier;
     static_cast<void>(edit.Save()); // reports its failure
-    return Fail("The command 'inet ifconfig " + name +
-                    " dhcp' cannot be executed: the dhcpclient cannot be started on the interface " + name,
-                Print);
+    return false;
 }
 
 bool IsSwitch(const std::string& value) {
