@@ -116,8 +116,10 @@ bool SetSpeedAuto(const std::string& name) {
     const std::string head = "Command: inet ifconfig " + name + " speed auto. ";
     if (!CheckNoVlanChild(edit, head))
         return false;
-    if (!RunLine("/sbin/ethtool -s " + name + " autoneg on 2>/dev/null"))
-        return Fail(head + " speed auto'.");
+    if (!RunLine("/sbin/ethtool -s " + name + " autoneg on 2>/dev/null")) {
+        shell_log_error("<IFCONF_SPD> %s speed auto'.", head.c_str()); // the log alone tells this one
+        return false;
+    }
     return SaveLink(edit, "auto", "", "auto", head + " speed auto.");
 }
 
