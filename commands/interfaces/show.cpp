@@ -102,8 +102,11 @@ std::string NetworkAddress(const corvanshell::Network& network) {
            std::to_string((number >> 8) & 255) + '.' + std::to_string(number & 255);
 }
 
-// Why no host answers to the address, null when one may.
+// Why no host answers to the address, null when one may. A host may well be called "dhcp", as the settings of
+// an interface under DHCP say in the place of its broadcast.
 const char* FindPingRefusal(const std::string& target) {
+    if (!arguments::IsAddress(target))
+        return nullptr;
     const CConfStruct record(path_list::local_settings, true);
     for (const auto& [name, entry] : record.Interfaces()) {
         for (const corvanshell::Network& network : NetworksOf(entry)) {
