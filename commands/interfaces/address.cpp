@@ -102,7 +102,7 @@ std::string LiveBroadcast(const std::string& text, const std::string& computed) 
     const std::size_t colon = word != std::string::npos ? text.find(':', word) : word;
     if (colon == std::string::npos)
         return computed;
-    return text.substr(colon + 1, text.find(' ', colon) - colon - 1);
+    return text.substr(colon + 1, text.find_first_of(" \t\n", colon) - colon - 1);
 }
 
 // The address is free, and the others let the interface have it.

@@ -83,7 +83,7 @@ TEST_F(CommandsTest, Addresses) {
                      {{"/sbin/ssl_cert_manage.sh", "gate 10.1.0.1\n"}});
     unlink(SettingsFile("webui").c_str());
     Queue("/sbin/ifconfig", {.out = "old\n"});
-    Queue("/sbin/ifconfig", {.out = "addr:10.9.0.1  Bcast:10.9.0.7  Mask:255.255.255.252\n"});
+    Queue("/sbin/ifconfig", {.out = "addr:10.9.0.1  Bcast:10.9.0.7\nMask:255.255.255.252 \n"});
     AlterEntry("eth1", [](auto& entry) { entry.up = false; });
     Address("eth1", "10.9.0.1", "255.255.255.252");
 
