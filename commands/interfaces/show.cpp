@@ -2,6 +2,7 @@
 
 #include "commands/arguments.h"
 #include "front/probes/adapters.h"
+#include "front/probes/report.h"
 #include "platform/console.h"
 #include "platform/log.h"
 #include "platform/network.h"
@@ -13,11 +14,7 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
-#include <memory>
-#include <unistd.h>
 #include <vector>
 
 namespace interfaces {
@@ -26,34 +23,6 @@ namespace {
 using corvanshell::CConfStruct;
 
 constexpr const char* kSeparator = "----------\n";
-
-// A named file that goes with this object.
-class TemporaryFile {
-public:
-    TemporaryFile() {
-        const int descriptor = mkostemp(path_, O_CLOEXEC);
-        if (descriptor >= 0)
-            stream_ = fdopen(descriptor, "w+");
-        created_ = descriptor >= 0;
-    }
-    ~TemporaryFile() {
-        if (stream_ != nullptr)
-            std::fclose(stream_);
-        if (created_)
-            unlink(path_);
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    // Null, with errno, when it can't be made.
-    std::FILE* Stream() const { return stream_; }
-    const char* Path() const { return path_; }
-
-private:
-    char path_[32] = "/tmp/interfaces.XXXXXX";
-    std::FILE* stream_ = nullptr;
-    bool created_ = false;
-};
 
 // The client's text about the interface, "" when it says nothing of DHCP or of the link.
 std::string InterfaceBlock(const std::string& name) {
@@ -80,9 +49,9 @@ std::string AllBlocks() {
     return text;
 }
 
-bool ShowFile(const TemporaryFile& file) {
+bool ShowReport(const std::string& path) {
     ShellPager pager;
-    if (std::fflush(file.Stream()) == 0 && pager.open() != nullptr && pager.print_file(file.Path()))
+    if (pager.open() != nullptr && pager.print_file(path))
         return true;
     shell_print_error("<SH_IF>: failed to access temporary file: %s", std::strerror(errno));
     return false;
@@ -124,13 +93,11 @@ const char* FindPingRefusal(const std::string& target) {
 bool ShowInterfaces() {
     shell_log_info("<SH_IF> Command: inet show interface");
     shell_print_info("Interfaces info collection is in progress...");
-    const TemporaryFile file;
-    if (file.Stream() == nullptr) {
-        shell_print_error("<SH_IF>: failed to create temporary file: %s", std::strerror(errno));
+    Report report("<SH_IF>", "interfaces");
+    if (!report.Open())
         return false;
-    }
-    std::fputs(AllBlocks().c_str(), file.Stream());
-    if (!ShowFile(file))
+    std::fputs(AllBlocks().c_str(), report.Out());
+    if (!report.Sync() || !ShowReport(report.Path()))
         return false;
     shell_print_info("The current number of network interfaces on the system is %ld. The maximum limit of "
                      "interfaces is %ld.",
