@@ -179,7 +179,7 @@ bool EraseSubnet(const Subnet& subnet) {
 
 bool EraseLocalSubnet(const LocalSubnet& subnet) {
     File file(kDhcpServerUnit, "");
-    if (!file.Load())
+    if (!OpenForChange(file))
         return false;
     if (IsLiteral(subnet.Name()) &&
         file.Select("/unit/subnet/interface[@type = 'relay' and text() = '%s']", subnet.Name().c_str())) {
@@ -193,7 +193,7 @@ bool EraseLocalSubnet(const LocalSubnet& subnet) {
 
 bool EraseRemoteSubnet(const RemoteSubnet& subnet, const std::string& interface) {
     File file(kDhcpServerUnit, "");
-    if (!file.Load())
+    if (!OpenForChange(file))
         return false;
     if (!SelectText(subnet, file, "interface[@type = 'relay' and text() = '", interface)) {
         shell_print_error("DHCP server: %s: no such remote subnet with relay interface: %s",

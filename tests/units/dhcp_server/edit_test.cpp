@@ -179,7 +179,10 @@ TEST_F(DhcpServerEditTest, RefusalsNameTheirReason) {
     for (const auto& [edit, error] : cases)
         ExpectRefused(edit, error);
     support::WriteFile("/run/dhcp-server.pid", std::to_string(getpid()));
-    ExpectRefused([&] { return ClearMaxLeaseTime(unit); },
+    // Before any other reason.
+    ExpectRefused([&] { return EraseLocalSubnet(eth1); },
+                  "prohibited to change configuration while daemon is running");
+    ExpectRefused([&] { return EraseRemoteSubnet(remote, "eth2"); },
                   "prohibited to change configuration while daemon is running");
 }
 
