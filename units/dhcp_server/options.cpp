@@ -43,7 +43,7 @@ Node AddOptionChild(Node parent, const char* name, const std::string& text) {
 
 Node FindOrCreateOption(const Area& area, const File& file, const char* name, const char* value) {
     Node option = FirstIn(area, file, "option[@name = '%s']", name);
-    if (option && option.GetAttr("auto").empty() && (value == nullptr || option.SetText("%s", value)))
+    if (option && option.GetAttr("auto") != "yes" && (value == nullptr || option.SetText("%s", value)))
         return option;
     option.Remove();
     return AddOptionChild(FirstIn(area, file), name, value != nullptr ? value : "");

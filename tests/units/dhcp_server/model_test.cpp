@@ -181,8 +181,10 @@ TEST_F(DhcpServerModelTest, PublicAddressesAreWarnedOf) {
 
 TEST_F(DhcpServerModelTest, OperatorsOptionReplacesAManagedOne) {
     Load(Subnet1("<option name='routers' auto='yes'><address>192.168.1.1</address></option>"
-                 "<option name='subnet-mask'>255.255.255.0</option>"));
+                 "<option name='subnet-mask' auto='no'>255.255.255.0</option>"));
     const LocalSubnet subnet("eth1");
+    const Node mask = FindOrCreateOption(subnet, file, "subnet-mask", nullptr);
+    EXPECT_EQ(mask.GetText(), "255.255.255.0"); // only "yes" is the program's
     const Node routers = FindOrCreateOption(subnet, file, "routers", nullptr);
     EXPECT_TRUE(routers && routers.GetAttr("auto").empty() && !routers.FirstChild());
     EXPECT_EQ(SelectIn(subnet, file, "option[@name = 'routers']").Size(), 1U);
