@@ -71,7 +71,7 @@ bool CheckSubnet(TreeWriter& writer, const Area& parent, const Area& area, const
     bool passed = CheckServedInterface(writer.memory.NetworkRecord(), texts.interface, texts.is_listen, true);
     if (!texts.is_listen && !writer.memory.HasLocalSubnet(texts.interface)) {
         shell_print_error("DHCP server: %s: relay interface does not correspond to any listen interface",
-                          texts.interface.c_str());
+                          area.Name().c_str());
         passed = false;
     }
     passed = ParseAddress(texts.address, parent.Name(), "subnet address") != kNoAddress && passed;

@@ -99,13 +99,13 @@ TEST_F(DhcpServerUnitTest, CheckReportsEveryFault) {
          "255.255.0.0\n"},
         {"<subnet address='1.2.3' netmask='x'><interface type='relay'>eth2</interface></subnet>" +
              Subnet1("<range from='192.168.1.1' to='192.168.1.2'/>"),
-         "eth2: relay interface does not correspond to any listen interface\n"
+         "1.2.3/x: relay interface does not correspond to any listen interface\n"
          ":: incorrect address format of subnet address: 1.2.3\n"
          ":: incorrect address format of subnet netmask: x\n"
          "eth1: address 192.168.1.1 of the listen interface is in the dynamic address range [192.168.1.1 - "
          "192.168.1.2]\n"},
         {"<subnet/>", "listen interface is incorrect\n"
-                      ": relay interface does not correspond to any listen interface\n"
+                      "/: relay interface does not correspond to any listen interface\n"
                       ":: incorrect address format of subnet address: \n"
                       ":: incorrect address format of subnet netmask: \n"},
         // Elements where none belong, which lead nowhere.
