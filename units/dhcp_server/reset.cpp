@@ -29,7 +29,7 @@ bool RemoveFile(const std::string& path, const char* what) {
 // Only the file's end is what there was of leases; the daemon wants the file itself to be there.
 bool EmptyLeases() {
     std::FILE* leases = std::fopen(kLeaseDatabase, "we");
-    return leases != nullptr ? std::fclose(leases) == 0 : ReportFailure(kLeaseDatabase, "leases history");
+    return (leases != nullptr && std::fclose(leases) == 0) || ReportFailure(kLeaseDatabase, "leases history");
 }
 
 bool MakeDefaultSettings() {

@@ -4,9 +4,9 @@
 
 #include <string>
 
-// The options of one value and the lease times of an area, and the reset of the whole unit. What an operation
-// refuses it reports, and then leaves the file as it was; a value that is overwritten is warned of. Values
-// come checked for their form from the command line.
+// The options of one value and the lease times of an area. What an operation refuses it reports, and then
+// leaves the file as it was; a value that is overwritten is warned of. Values come checked for their form
+// from the command line.
 
 namespace settings::dhcp_server {
 

@@ -4,8 +4,7 @@
 
 #include <string>
 
-// Subnets and their dynamic ranges. What an operation refuses it reports, and then
-// leaves the file as it was.
+// Subnets and their dynamic ranges. What an operation refuses it reports, and then leaves the file as it was.
 
 namespace settings::dhcp_server {
 
