@@ -79,9 +79,15 @@ InterfaceEntry MakeChild(const InterfaceEdit& trunk, const std::string& id) {
     return child;
 }
 
+// grep(1) finds a child of eth10 for eth1, too.
+bool IsChildOfAnother(const InterfaceEdit& trunk, const std::string& child) {
+    InterfaceEntry entry;
+    return trunk.record.FindInterface(boost::to_lower_copy(child), entry) && entry.parent != trunk.Name();
+}
+
 bool CheckDeletion(const InterfaceEdit& trunk, const std::string& id, const std::string& child) {
     const std::string& parent = trunk.Name();
-    if (child.empty())
+    if (child.empty() || IsChildOfAnother(trunk, child))
         return LogDeletion(parent, id, "cannot get vlan interface name.");
     if (IsL2OverIpSwitchOn(child))
         return LogDeletion(parent, id, "L2OverIP configured as switch for this interface.");

@@ -82,6 +82,9 @@ TEST_F(VlansTest, DeleteVlan) {
     PlayWithFailures("inet ifconfig eth3 vlan delete 5", [] { return DeleteVlan("eth3", "5"); });
     Delete("eth3", "6");
     Delete("eth1", "5");
+    AlterEntry("eth3.5", [](auto& entry) { entry.parent = "eth30"; }); // whose name begins the same
+    Delete("eth3", "5");
+    AlterEntry("eth3.5", [](auto& entry) { entry.parent = "eth3"; });
     Delete("eth3", "5;reboot");
     Switch("eth3.5");
     Delete("eth3", "5");
