@@ -49,6 +49,7 @@ bool SetWord(InterfaceEdit& bond, const WordOption& option, const std::string& v
         return false;
     }
     bond.entry.*option.value = value;
+    FillBondWords(bond.entry);
     return true;
 }
 
@@ -89,6 +90,13 @@ bool SetPrimary(InterfaceEdit& bond, const std::string& value) {
 }
 
 } // namespace
+
+void FillBondWords(InterfaceEntry& bond) {
+    for (const WordOption& option : kWordOptions) {
+        if ((bond.*option.value).empty())
+            bond.*option.value = option.words().front();
+    }
+}
 
 bool SetOption(InterfaceEdit& bond, const std::string& option, const std::string& value) {
     if (option == "miimon")

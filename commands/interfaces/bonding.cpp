@@ -81,9 +81,7 @@ InterfaceEntry MakeBond(const std::string& name, const std::string& mode) {
     bond.master = name;
     bond.bonding_mode = mode;
     bond.bonding_miimon = "100";
-    bond.bonding_ad_select = BondingAdSelects().front();
-    bond.bonding_lacp_rate = BondingLacpRates().front();
-    bond.bonding_xmit_hash_policy = BondingXmitHashPolicies().front();
+    FillBondWords(bond);
     return bond;
 }
 

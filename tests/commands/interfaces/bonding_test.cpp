@@ -121,6 +121,7 @@ TEST_F(BondingTest, LifeOfABond) {
         PrintBondingInfo("eth4");
         return true;
     });
+    Set("bond2", "mode", "balance-xor"); // with a new bond's policy again
     AlterEntry("bond2", [](auto& entry) { entry.address = "dhcp"; });
     Delete("2");
     PlayWithFailures(
