@@ -23,6 +23,13 @@ using corvanshell::InterfaceEntry;
 constexpr const char* kBondingScript = "/sbin/bonding.sh";
 constexpr const char* kNoBond = "bond interface does not exist";
 
+bool CheckSlaveCount(const std::string& bond, std::size_t count) {
+    if (count > kMaximumSlaves)
+        shell_print_error("%s: maximum %zu slave interfaces per bonding is allowed", bond.c_str(),
+                          kMaximumSlaves);
+    return count <= kMaximumSlaves;
+}
+
 // The interface's name, from a number in the range of bonds; "" and reported for another.
 std::string BondNameInRange(const std::string& number) {
     if (arguments::IsNumber(number) && std::stoul(number) <= kMaximumBondNumber)
@@ -158,7 +165,7 @@ bool ClearInterfaceForBonding(const CConfStruct& record, const std::string& name
 
 bool AddBond(const std::string& number, const std::string& mode, const std::vector<std::string>& named) {
     std::vector<std::string> slaves = named;
-    slaves.resize(kMaximumSlaves);
+    slaves.resize(std::max(slaves.size(), kMaximumSlaves));
     shell_log_info("command: inet bonding add %s slaves %s %s %s", number.c_str(), slaves[0].c_str(),
                    slaves[1].c_str(), slaves[2].c_str());
     std::erase(slaves, "");
@@ -176,7 +183,8 @@ bool AddBond(const std::string& number, const std::string& mode, const std::vect
         shell_print_error("%s: unknown bonding mode: %s", name.c_str(), mode.c_str());
         return false;
     }
-    if (!HasRoomForAdapter(".") || !AreDifferent(slaves) || !AreLooseSlaves(bond.record, slaves))
+    if (!HasRoomForAdapter(".") || !CheckSlaveCount(name, slaves.size()) || !AreDifferent(slaves) ||
+        !AreLooseSlaves(bond.record, slaves))
         return false;
     for (const std::string& slave : slaves)
         SetMaster(bond.record, slave, name);
@@ -251,11 +259,8 @@ bool AddSlave(const std::string& bond_name, const std::string& slave) {
     InterfaceEdit bond(bond_name);
     if (!OpenBond(bond) || !CheckLooseSlave(slave, FindEntry(bond.record, slave)))
         return false;
-    if (ListSlaves(bond.record, bond_name).size() >= kMaximumSlaves) {
-        shell_print_error("%s: maximum %zu slave interfaces per bonding is allowed", bond.CName(),
-                          kMaximumSlaves);
+    if (!CheckSlaveCount(bond_name, ListSlaves(bond.record, bond_name).size() + 1))
         return false;
-    }
     SetMaster(bond.record, slave, bond_name);
     if (!bond.Save())
         return false;

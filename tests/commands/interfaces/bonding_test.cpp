@@ -45,7 +45,7 @@ TEST_F(BondingTest, Refusals) {
     support::Queue("/sbin/ifconfig", {.out = std::string(400, '\n')});
     Add("2", "broadcast", {});
     for (const std::vector<std::string>& slaves :
-         {ShellWords{"eth4", "eth1", "eth4"}, ShellWords{"eth4", "eth1"}, ShellWords{"eth5"}}) {
+         {ShellWords{"eth4", "eth1", "eth4"}, {"eth4", "eth1"}, {"eth5"}, {"eth4", "a", "b", "c"}}) {
         support::Queue("/sbin/ifconfig", {.out = "\n\n"});
         Add("2", "broadcast", slaves);
     }
