@@ -40,6 +40,10 @@ Outcome RunEditor(const Backups& backups, const corvanshell::CConfStruct& record
         changes = FindChanges(before, after);
         if (changes.empty())
             return Outcome::kUnchanged;
+        if (!record.IsWhole()) // the file may not have matched its guard before, and the edit gives it one
+            shell_print_warning("%s",
+                                gettext("failed to read network settings, the addresses are not compared "
+                                        "with them"));
         if (ValidateFailoverAddresses(record))
             return Outcome::kChanged;
         if (shell_get_user_confirmation(
