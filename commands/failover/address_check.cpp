@@ -123,7 +123,7 @@ bool CheckActiveAddresses() {
         return Report("active IP not set in failover.ini");
     shell_print_info("%s", gettext("Address check is in progress ..."));
     const Texts macs = CollectMacs(channels);
-    if (macs.size() != channels.devices.size())
+    if (macs.size() != channels.devices.size() || macs.size() != channels.addresses.size())
         return Report("mac addresses count doesn't match devices count");
     shell_print_info("%s", gettext("Interface\tIP-address\tMAC-address"));
     for (std::size_t i = 0; i < macs.size(); ++i)

@@ -131,7 +131,7 @@ TEST_F(ClusterCommandsTest, AddressCheck) {
     check("device adds a command", Channel("eth1;reboot", "192.0.2.1"));
     check("address adds a command", Channel("eth1", "`reboot`/24"));
     Queue(arping, {.status = 2});
-    check("arping fails", one);
+    check("arping fails, and an address has no device", one + "activeip = 192.0.2.2\n");
     Queue(arping, {.out = "ARPING\nUnicast reply from 192.0.2.1 [02:00:00:00:00:01]  0.7ms\n", .status = 1});
     check("one of two answers", Channel("eth1:0  # outer", "192.0.2.1/24") + Channel("eth0", "198.51.100.1"));
     unlink(kClusterFile.c_str());
