@@ -46,6 +46,7 @@ bool L2OverIpReconfigure() {
     const char* const prefix = gettext("<L2OverIP> Reconfigure driver");
     if (L2OverIpScript("configure") == 0)
         return l2overip::Log(prefix, l2overip::Ok(), true);
-    shell_print_error("%s", gettext("Error reconfiguring l2overip"));
-    return l2overip::Log(prefix, gettext(": Error reconfiguring l2overip"), false);
+    const char* const outcome = gettext(": Error reconfiguring l2overip");
+    shell_print_error("%s", outcome);
+    return l2overip::Log(prefix, outcome, false);
 }
