@@ -178,7 +178,7 @@ bool L2OverIpCheck(const L2OverIpConfig& config) {
     const char* const prefix = gettext("<L2OverIP> Check config correctness");
     const std::string fault = FindFault(config);
     if (fault.empty())
-        return l2overip::Log(prefix, gettext(": All OK"), true);
+        return l2overip::Log(prefix, gettext("All OK"), true); // kept: the one outcome without a colon
     shell_print_error("%s", fault.c_str());
     shell_print_error("%s", gettext("Error in config, please correct"));
     return l2overip::Log(prefix, fault, false);
