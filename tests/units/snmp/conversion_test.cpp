@@ -31,10 +31,8 @@ TEST_F(SnmpTest, ConversionTakesOver) {
         std::string old;
         std::string expected;
     } cases[] = {
-        {"", WithPort("udp", "")},
         {"<port>tcp:1161</port>", WithPort("tcp", "1161")},
         {"<port>tcp:abc</port>", WithPort("tcp", "161")},
-        {"<port>tcp:1:2</port>", WithPort("tcp", "161")},
         {"<port>161</port>", WithPort("udp", "")},
         {"<port>sctp:7</port><log level='debug'/>", Replaced(WithPort("udp", "7"), "\"info", "\"debug")},
         {"<access><rocommunity name='a'/><rocommunity name='b'/></access>",
