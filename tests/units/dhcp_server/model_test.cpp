@@ -85,52 +85,15 @@ TEST_F(DhcpServerModelTest, ScopeIsStrictlyInsideTheSubnet) {
                                          : "DHCP server: " + row.area.Name() +
                                                ": incorrect address scope of router: " + row.address + "\n");
     }
-    EXPECT_EQ(GetSubnetMask(heir, file), "255.255.255.128");
-    EXPECT_EQ(GetBroadcastAddress(narrow, file), "192.168.1.63");
-    EXPECT_FALSE(CheckSubnetMaskScope(subnet, file, "255.255.0.0"));
-    EXPECT_TRUE(CheckSubnetMaskScope(subnet, file, "255.255.255.0"));
-    EXPECT_TRUE(CheckBroadcastAddress(heir, file, "192.168.1.127"));
-    EXPECT_EQ(Capture([&] { EXPECT_FALSE(CheckBroadcastAddress(heir, file, "192.168.1.255")); }).err,
-              "DHCP server: pc8: incorrect broadcast address: 192.168.1.255\n");
-}
-
-TEST_F(DhcpServerModelTest, RangesHaveBoundsAndALimit) {
-    Load("<subnet address='10.0.0.0' netmask='255.0.0.0'>"
-         "<interface type='listen' address='10.200.0.1'>eth1</interface></subnet>");
-    const LocalSubnet subnet("eth1");
-    const struct {
-        const char* from;
-        const char* to;
-        const char* error; // behind "DHCP server: eth1: "; null when the range is good
-    } cases[] = {
-        {"10.1.0.0", "10.1.255.255", nullptr}, // 65,536 addresses
-        {"10.1.0.0", "10.2.0.0", "range [10.1.0.0 - 10.2.0.0] exceeds range addresses limit: 65536"},
-        {"10.1.0.5", "10.1.0.4", "range [10.1.0.5 - 10.1.0.4] is invalid"},
-        {"10.200.0.1", "10.200.0.1",
-         "address 10.200.0.1 of the listen interface is in the dynamic address range "
-         "[10.200.0.1 - 10.200.0.1]"},
-        {"x", "11.0.0.1",
-         "incorrect address format of lower bound of the range: x\nDHCP server: eth1: incorrect "
-         "address scope of upper bound of the range: 11.0.0.1"},
-    };
-    for (const auto& row : cases) {
-        const auto output =
-            Capture([&] { EXPECT_EQ(CheckRange(subnet, file, row.from, row.to), row.error == nullptr); });
-        EXPECT_EQ(output.err,
-                  row.error == nullptr ? "" : "DHCP server: eth1: " + std::string(row.error) + "\n");
-    }
 }
 
 TEST_F(DhcpServerModelTest, AddressesAreFreeOrInUse) {
-    Load(Subnet1("<range from='192.168.1.100' to='192.168.1.110'/><range from='x' to='y'/>" +
-                 Host("a", "192.168.1.7") + Host("b", "bad") + Host("c", "192.168.1.9")));
+    Load(Subnet1("<range from='192.168.1.100' to='192.168.1.110'/>" + Host("a", "192.168.1.7") +
+                 Host("b", "bad") + Host("c", "192.168.1.9")));
     const LocalSubnet subnet("eth1");
     const settings::dhcp_server::Host host("c");
     const std::vector<Range> ranges = ReadRanges(SelectIn(subnet, file, "range[@from and @to]"));
     const HostAddresses hosts(SelectIn(subnet, file, "host/address"));
-    const std::string bad_range =
-        "incorrect address format of lower bound of the range: x\nDHCP server: eth1: "
-        "incorrect address format of upper bound of the range: y\n";
     const struct {
         const char* value;
         bool in_range; // asks the ranges, the hosts otherwise
@@ -141,7 +104,9 @@ TEST_F(DhcpServerModelTest, AddressesAreFreeOrInUse) {
         {"192.168.1.105", true, true, true, ""},
         {"192.168.1.110", true, false, false,
          "address of DNS is in the dynamic address range [192.168.1.100 - 192.168.1.110]: 192.168.1.110\n"},
-        {"192.168.1.111", true, true, false, bad_range},
+        {"192.168.1.111", true, true, false,
+         "address of DNS is out of the dynamic address range: 192.168.1.111\n"},
+        {"192.168.1.111", true, false, true, ""},
         {"192.168.1.7", false, true, true, ""},
         {"192.168.1.7", false, false, false, "address of DNS is in use within host a: 192.168.1.7\n"},
         {"192.168.1.9", false, false, false, "incorrect address format of host address: bad\n"},
@@ -156,8 +121,6 @@ TEST_F(DhcpServerModelTest, AddressesAreFreeOrInUse) {
         });
         EXPECT_EQ(output.err, row.error.empty() ? "" : "DHCP server: eth1: " + row.error);
     }
-    EXPECT_EQ(Capture([&] { EXPECT_FALSE(CheckDynamicRangeUse(host, {}, true, "DNS", "192.168.1.9")); }).err,
-              "DHCP server: c: address of DNS is out of the dynamic address range: 192.168.1.9\n");
     EXPECT_EQ(Capture([&] {
                   EXPECT_FALSE(CheckHostAddressUse(host, HostAddresses({}), true, "DNS", "192.168.1.9"));
               }).err,
@@ -188,17 +151,6 @@ TEST_F(DhcpServerModelTest, OperatorsOptionReplacesAManagedOne) {
     const Node routers = FindOrCreateOption(subnet, file, "routers", nullptr);
     EXPECT_TRUE(routers && routers.GetAttr("auto").empty() && !routers.FirstChild());
     EXPECT_EQ(SelectIn(subnet, file, "option[@name = 'routers']").Size(), 1U);
-    EXPECT_EQ(
-        Capture([&] {
-            EXPECT_EQ(
-                SetOptionWithWarning(subnet, file, "subnet-mask", "subnet mask", "255.255.255.128").GetText(),
-                "255.255.255.128");
-        }).err,
-        "DHCP server: eth1: subnet mask 255.255.255.0 will be overwritten with 255.255.255.128\n");
-    EXPECT_EQ(
-        Capture([&] { EXPECT_TRUE(SetOptionWithWarning(subnet, file, "domain-name", "domain", "a")); }).err,
-        "");
-    EXPECT_EQ(FirstIn(subnet, file, "option[@name = 'domain-name']").GetText(), "a");
 }
 
 TEST_F(DhcpServerModelTest, GatesAndLists) {

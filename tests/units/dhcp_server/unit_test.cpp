@@ -104,6 +104,13 @@ TEST_F(DhcpServerUnitTest, CheckReportsEveryFault) {
          ":: incorrect address format of subnet netmask: x\n"
          "eth1: address 192.168.1.1 of the listen interface is in the dynamic address range [192.168.1.1 - "
          "192.168.1.2]\n"},
+        {"<subnet address='10.0.0.0' netmask='255.0.0.0'><interface type='listen' address='10.200.0.1'>eth1"
+         "</interface><range from='10.1.0.0' to='10.1.255.255'/><range from='10.3.0.0' to='10.4.0.0'/>"
+         "<range from='x' to='11.0.0.1'/></subnet>",
+         "eth1: incorrect address format of lower bound of the range: x\n"
+         "eth1: range [10.3.0.0 - 10.4.0.0] exceeds range addresses limit: 65536\n"
+         "eth1: incorrect address format of lower bound of the range: x\n"
+         "eth1: incorrect address scope of upper bound of the range: 11.0.0.1\n"},
         {"<subnet/>", "listen interface is incorrect\n"
                       "/: relay interface does not correspond to any listen interface\n"
                       ":: incorrect address format of subnet address: \n"
