@@ -3,6 +3,7 @@
 #include "platform/console.h"
 #include "platform/network.h"
 #include "units/dhcp_server/address_rules.h"
+#include "units/dhcp_server/addresses.h"
 #include "units/dhcp_server/edit.h"
 #include "units/dhcp_server/options.h"
 
@@ -79,6 +80,9 @@ bool SetBroadcastAddress(const Area& area) {
     return EditArea(area, [&](File& file, Node /*node*/) {
         const std::string value =
             corvanshell::getbrcast(GetSubnetAddress(area, file), GetSubnetMask(area, file));
+        // The whole unit has none, and neither has a damaged subnet.
+        if (ParseAddress(value, area.Name(), kBroadcastAddress.label) == kNoAddress)
+            return false;
         const Node known = FirstIn(area, file, "option[@name = '%s']", kBroadcastAddress.name);
         if (known)
             WarnOfOverwriting(area, kBroadcastAddress.label, known.GetText(), value);

@@ -139,12 +139,20 @@ Node CreateSubnet(const Area& area, const File& file, const std::string& address
         shell_print_error("DHCP server: %s: subnet already exists", area.Name().c_str());
         return {};
     }
+    // The daemon would refuse all settings for the empty broadcast address of a malformed pair.
+    const std::string broadcast = corvanshell::getbrcast(address, netmask);
+    if (broadcast.empty()) {
+        if (ParseAddress(address, area.Name(), "subnet address") != kNoAddress)
+            shell_print_error("DHCP server: %s: incorrect address format of subnet netmask: %s",
+                              area.Name().c_str(), netmask.c_str());
+        return {};
+    }
     WarnIfNotPrivate(area, address, "subnet address");
     Node subnet = file.Root().AddChild("subnet");
     const bool made = subnet.NewAttr("address", "%s", address.c_str()) &&
                       subnet.NewAttr("netmask", "%s", netmask.c_str()) &&
                       AddManagedOption(subnet, "subnet-mask", netmask) &&
-                      AddManagedOption(subnet, "broadcast-address", corvanshell::getbrcast(address, netmask));
+                      AddManagedOption(subnet, "broadcast-address", broadcast);
     if (!made)
         subnet.Remove();
     return subnet;

@@ -8,8 +8,8 @@
 
 namespace settings::dhcp_server {
 
-// Adds a subnet with its mask and broadcast to the document; a null node when it exists already, which is
-// reported, or can't be made.
+// Adds a subnet with its mask and broadcast to the document; a null node when it exists already or the pair
+// is no network, which is reported, or when it can't be made.
 Node CreateSubnet(const Area& area, const File& file, const std::string& address, const std::string& netmask);
 
 // Serves the network that the interface has by its own settings. The appliance becomes the clients' router,
