@@ -16,12 +16,14 @@ const std::string kGuardBackup = kClusterGuard + "~";
 
 class ClusterEditTest : public FailoverTest {
 protected:
+    ClusterEditTest() { shown_file_ = kClusterFile; }
+
     // What the administrator does in the editor; the file is $1.
     static void Script(const std::string& commands) { support::WriteFile("/run/rnano-commands", commands); }
 
     void PlayEdit(const std::string& script, const std::string& input = "") {
         Script(script);
-        Play("failover config edit   # " + script, EditConfig, input, kClusterFile);
+        Play("failover config edit   # " + script, EditConfig, input);
     }
 
     const std::string old_ = ReadFile(kClusterFile);

@@ -31,9 +31,4 @@ protected:
     static bool IsGuarded() {
         return corvanshell::CheckGuardFile(kClusterGuard.c_str(), kClusterFile.c_str(), nullptr);
     }
-    // 2 active, 1 passive
-    static void JoinCluster(int state) {
-        support::WriteFile(path_list::velir_sk_nums, "FO_PARAMS=\"cluster\"\n");
-        support::WriteFile("/var/spool/corvan/failoverstat", "state\n" + std::to_string(state) + "\n");
-    }
 };

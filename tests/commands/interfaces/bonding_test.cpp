@@ -1,5 +1,3 @@
-#include "commands/interfaces/bonding.h"
-#include "commands/interfaces/bonding_report.h"
 #include "commands/interfaces/bonding_values.h"
 #include "commands/interfaces/roles.h"
 #include "tests/commands/interfaces/interfaces_fixture.h"
@@ -7,139 +5,76 @@
 namespace interfaces {
 namespace {
 
-class BondingTest : public InterfacesTest {
-protected:
-    // The commands by their lines.
-    void Add(const std::string& number, const std::string& mode, const std::vector<std::string>& slaves) {
-        std::string line = "inet bonding add " + number + " " + mode + " slaves";
-        for (const std::string& slave : slaves)
-            line += " " + slave;
-        Play(line, [&] { return AddBond(number, mode, slaves); });
-    }
-    void Delete(const std::string& number, const std::string& input = "") {
-        Play(
-            "inet bonding delete " + number, [&] { return DeleteBond(number); }, input);
-    }
-    void Slave(const std::string& bond, const std::string& action, const std::string& slave) {
-        Play("inet ifconfig " + bond + " bonding " + action + " " + slave,
-             [&] { return action == "add" ? AddSlave(bond, slave) : DeleteSlave(bond, slave); });
-    }
-    void Set(const std::string& bond, const std::string& option, const std::string& value) {
-        Play("inet ifconfig " + bond + " bonding " + option + " " + value,
-             [&] { return SetBondOption(bond, option, value); });
-    }
-    void Enslave(const std::string& name, const std::string& input = "") {
-        Play(
-            "inet ifconfig " + name + " class slave", [&] { return SetSlaveClass(name); }, input);
-    }
-    static void Switch(const std::string& device) {
-        support::WriteFile("/mnt/main/etc/l2overip.conf", "mode = switch\ndevice = " + device + "\n");
-    }
-};
+using BondingTest = InterfacesTest;
 
 TEST_F(BondingTest, Refusals) {
-    Add("4", "broadcast", {});
-    Add("1x", "broadcast", {});
-    Add("0", "broadcast", {});
-    Add("2", "balance-alb", {});
+    Type({"inet bonding add 4 broadcast slaves", "inet bonding add 1x broadcast slaves",
+          "inet bonding add 0 broadcast slaves", "inet bonding add 2 balance-alb slaves"});
     support::Queue("/sbin/ifconfig", {.out = std::string(400, '\n')});
-    Add("2", "broadcast", {});
-    for (const std::vector<std::string>& slaves :
-         {ShellWords{"eth4", "eth1", "eth4"}, {"eth4", "eth1"}, {"eth5"}, {"eth4", "a", "b", "c"}}) {
-        support::Queue("/sbin/ifconfig", {.out = "\n\n"});
-        Add("2", "broadcast", slaves);
+    Type({"inet bonding add 2 broadcast slaves"});
+    answers_ = {{"/sbin/ifconfig", "\n\n"}};
+    Type({"inet bonding add 2 broadcast slaves eth4 eth1 eth4",
+          "inet bonding add 2 broadcast slaves eth4 eth1", "inet bonding add 2 broadcast slaves eth5",
+          "inet bonding add 2 broadcast slaves eth4 a b c"});
+    Type({"inet bonding delete 7", "inet bonding delete 3", "inet ifconfig bond3 bonding add eth4",
+          "inet ifconfig eth1 bonding add eth4", "inet ifconfig bond0 bonding add eth9",
+          "inet ifconfig bond0 bonding add eth5", "inet ifconfig bond0 bonding delete eth1",
+          "inet ifconfig bond0 bonding delete eth4",
+          "inet ifconfig bond0 bonding delete eth5", // the last one
+          "inet ifconfig bond0 bonding miimon 0", "inet ifconfig bond0 bonding miimon 1001",
+          "inet ifconfig bond0 bonding miimon x", "inet ifconfig bond0 bonding primary eth1",
+          "inet ifconfig bond0 bonding primary eth4", "inet ifconfig bond0 bonding colour red"});
+    for (const char* mode : {"active-backup", "802.3ad"}) {
+        AlterEntry("bond0", [&](auto& entry) { entry.bonding_mode = mode; });
+        for (const char* option : {"mode", "ad-select", "lacp-rate", "xmit-hash-policy", "primary"})
+            Type({std::string("inet ifconfig bond0 bonding ") + option + " x"});
     }
-    Delete("7");
-    Delete("3");
-    Slave("bond3", "add", "eth4");
-    Slave("eth1", "add", "eth4");
-    Slave("bond0", "add", "eth9");
-    Slave("bond0", "add", "eth5");
-    Slave("bond0", "delete", "eth1");
-    Slave("bond0", "delete", "eth4");
-    Slave("bond0", "delete", "eth5"); // the last one
-    for (const char* miimon : {"0", "1001", "x"})
-        Set("bond0", "miimon", miimon);
-    const char* const options[] = {"mode", "ad-select", "lacp-rate", "xmit-hash-policy", "primary"};
-    for (const char* option : options)
-        Set("bond0", option, "x");
-    for (const char* slave : {"eth1", "eth4"})
-        Set("bond0", "primary", slave);
-    Set("bond0", "colour", "red");
-    AlterEntry("bond0", [](auto& entry) { entry.bonding_mode = "802.3ad"; });
-    for (const char* option : options)
-        Set("bond0", option, "x");
     Alter([](CConfStruct& record) {
         for (const char* name : {"eth6", "eth7"})
             record.AddInterface(name, record.Interfaces().at("eth5"), true);
     });
-    Slave("bond0", "add", "eth4"); // the fourth one
+    Type({"inet ifconfig bond0 bonding add eth4"}); // the fourth one
     Switch("bond0");
-    Delete("0");
+    Type({"inet bonding delete 0"});
     unlink("/mnt/main/etc/l2overip.conf");
     GiveToDhcp("bond0", "eth2");
-    Delete("0");
+    Type({"inet bonding delete 0"});
     unlink(SettingsFile("dhcp-server").c_str());
     // No command selects this mode, and a file that holds it is honoured.
     AlterEntry("bond0", [](auto& entry) {
         entry.bonding_mode = "balance-alb";
         entry.bonding_miimon = "0";
     });
-    Set("bond0", "primary", "none");
+    Type({"inet ifconfig bond0 bonding primary none"});
     ExpectTranscript("interfaces/bond_refusals");
 }
 
 // From the making of a bond to its end. The script's failures are told, and the settings stay.
 TEST_F(BondingTest, LifeOfABond) {
-    PlayWithFailures("inet bonding add 02 802.3ad slaves eth4",
-                     [] {
-                         return AddBond("02", "802.3ad", {"eth4", ""});
-                     },
-                     "", {{"/sbin/ifconfig", "header\nlo\n"}});
-    support::Queue("/sbin/ifconfig", {.out = "header\nlo\n"});
-    Add("2", "802.3ad", {"eth4"});
-    Set("bond2", "ad-select", "count");
-    Set("bond2", "lacp-rate", "fast");
-    Set("bond2", "xmit-hash-policy", "layer3+4");
-    Set("bond2", "miimon", "1000");
-    Set("bond2", "mode", "active-backup");
-    PlayWithFailures("inet ifconfig bond2 bonding primary eth4",
-                     [] { return SetBondOption("bond2", "primary", "eth4"); });
-    Set("bond2", "primary", "eth4");
+    answers_ = {{"/sbin/ifconfig", "header\nlo\n"}};
+    Type({"! inet bonding add 02 802.3ad slaves eth4 \"\"", "inet bonding add 2 802.3ad slaves eth4",
+          "inet ifconfig bond2 bonding ad-select count", "inet ifconfig bond2 bonding lacp-rate fast",
+          "inet ifconfig bond2 bonding xmit-hash-policy layer3+4", "inet ifconfig bond2 bonding miimon 1000",
+          "inet ifconfig bond2 bonding mode active-backup", "! inet ifconfig bond2 bonding primary eth4",
+          "inet ifconfig bond2 bonding primary eth4"});
     AlterEntry("eth1", [](auto& entry) { entry.interface_class = "slave"; });
-    PlayWithFailures("inet ifconfig bond2 bonding add eth1", [] { return AddSlave("bond2", "eth1"); });
-    Slave("bond2", "add", "eth1");
-    for (const char* name : {"bond2", "eth4", "eth0"})
-        Play(std::string("show ") + name, [&] {
-            PrintBondingInfo(name);
-            return true;
-        });
-    PlayWithFailures("inet ifconfig bond2 bonding delete eth4", [] { return DeleteSlave("bond2", "eth4"); });
-    Slave("bond2", "delete", "eth4");
-    Set("bond2", "primary", "none");
-    Play("show eth4", [] {
-        PrintBondingInfo("eth4");
-        return true;
-    });
-    Set("bond2", "mode", "balance-xor"); // with a new bond's policy again
+    Type({"! inet ifconfig bond2 bonding add eth1", "inet ifconfig bond2 bonding add eth1", "show bond2",
+          "show eth4", "show eth0", "! inet ifconfig bond2 bonding delete eth4",
+          "inet ifconfig bond2 bonding delete eth4", "inet ifconfig bond2 bonding primary none", "show eth4",
+          "inet ifconfig bond2 bonding mode balance-xor"}); // with a new bond's policy again
     AlterEntry("bond2", [](auto& entry) { entry.address = "dhcp"; });
-    Delete("2");
-    PlayWithFailures(
-        "inet bonding delete 2", [] { return DeleteBond("2"); }, "y\n");
+    Type({"inet bonding delete 2", "! inet bonding delete 2 < y"});
     ExpectTranscript("interfaces/bond_life");
 }
 
 TEST_F(BondingTest, SlaveClass) {
-    PlayWithFailures(
-        "inet ifconfig eth1 class slave", [] { return SetSlaveClass("eth1"); }, "y\n");
-    Enslave("eth1");
-    for (const char* name : {"eth9", "bond0", "eth3.5", "eth3"})
-        Enslave(name);
+    Type({"! inet ifconfig eth1 class slave < y", "inet ifconfig eth1 class slave",
+          "inet ifconfig eth9 class slave", "inet ifconfig bond0 class slave",
+          "inet ifconfig eth3.5 class slave", "inet ifconfig eth3 class slave"});
     Switch("eth1");
-    Enslave("eth1");
+    Type({"inet ifconfig eth1 class slave"});
     GiveToDhcp("eth0", "eth2");
-    Enslave("eth0");
-    Enslave("eth2");
+    Type({"inet ifconfig eth0 class slave", "inet ifconfig eth2 class slave"});
     ExpectTranscript("interfaces/slave_class");
 }
 

@@ -1,5 +1,3 @@
-#include "commands/interfaces/classes.h"
-#include "commands/interfaces/vlans.h"
 #include "tests/commands/interfaces/interfaces_fixture.h"
 
 namespace interfaces {
@@ -7,21 +5,6 @@ namespace {
 
 class VlansTest : public InterfacesTest {
 protected:
-    // The commands by their lines.
-    void Access(const std::string& name) {
-        Play("inet ifconfig " + name + " class access", [&] { return SetAccessClass(name); });
-    }
-    void Trunk(const std::string& name, const std::string& input = "") {
-        Play(
-            "inet ifconfig " + name + " class trunk", [&] { return SetTrunkClass(name); }, input);
-    }
-    void Add(const std::string& name, unsigned long id) {
-        support::Queue("/sbin/ifconfig", {.out = "header\nlo\n"});
-        Play("inet ifconfig " + name + " vlan add " + std::to_string(id), [&] { return AddVlan(name, id); });
-    }
-    void Delete(const std::string& name, const std::string& id) {
-        Play("inet ifconfig " + name + " vlan delete " + id, [&] { return DeleteVlan(name, id); });
-    }
     // The kernel's list of VLAN interfaces. This kernel may have none, so /proc becomes a folder of links.
     static void WriteVlans(const std::string& rows) {
         ASSERT_EQ(support::RunShell(
@@ -34,80 +17,64 @@ protected:
                            "VLAN Dev name    | VLAN ID\nName-Type: VLAN_NAME_TYPE_RAW_PLUS_VID_NO_PAD\n" +
                                rows);
     }
-    static void Switch(const std::string& device) {
-        support::WriteFile("/mnt/main/etc/l2overip.conf", "mode = switch\ndevice = " + device + "\n");
-    }
 };
 
 TEST_F(VlansTest, Classes) {
-    PlayWithFailures(
-        "inet ifconfig eth1 class trunk", [] { return SetTrunkClass("eth1"); }, "y\n");
-    Trunk("eth1", "n\n");
-    Trunk("eth2", "y\n");
-    Trunk("eth4"); // asks nothing and runs the check alone
-    Trunk("eth5");
-    Trunk("eth9");
-    Access("eth9");
-    Access("eth5");
-    PlayWithFailures("inet ifconfig eth4 class access", [] { return SetAccessClass("eth4"); }, "",
-                     {{"/sbin/ifclass_check.sh", "a remark\n"}});
-    Access("eth0");
+    Type({"! inet ifconfig eth1 class trunk < y", "inet ifconfig eth1 class trunk < n",
+          "inet ifconfig eth2 class trunk < y",
+          "inet ifconfig eth4 class trunk", // asks nothing and runs the check alone
+          "inet ifconfig eth5 class trunk", "inet ifconfig eth9 class trunk",
+          "inet ifconfig eth9 class access", "inet ifconfig eth5 class access"});
+    answers_ = {{"/sbin/ifclass_check.sh", "a remark\n"}};
+    Type({"! inet ifconfig eth4 class access", "inet ifconfig eth0 class access"});
     Switch("eth1");
-    Trunk("eth1");
+    Type({"inet ifconfig eth1 class trunk"});
     unlink("/mnt/main/etc/l2overip.conf");
     GiveToDhcp("eth0", "eth1");
-    Trunk("eth1");
-    Trunk("eth0");
+    Type({"inet ifconfig eth1 class trunk", "inet ifconfig eth0 class trunk"});
     ExpectTranscript("interfaces/classes");
 }
 
 TEST_F(VlansTest, AddVlan) {
-    WriteVlans("eth3.8         | 8  | eth3\neth13.9        | 9  | eth13\n");
-    PlayWithFailures("inet ifconfig eth3 vlan add 8", [] { return AddVlan("eth3", 8); }, "",
-                     {{"/sbin/ifconfig", "header\nlo\n"}});
+    WriteVlans("eth3.8         | 8  | eth3\n");
+    answers_ = {{"/sbin/ifconfig", "header\nlo\n"}};
+    Type({"! inet ifconfig eth3 vlan add 8"});
     support::Queue("/sbin/ip", {.out = "RTNETLINK answers: File exists\n", .status = 2});
-    Add("eth3", 9);
-    Add("eth3", 10); // the kernel does not list it
-    Add("eth3", 5);
-    Add("eth1", 10);
+    Type({"inet ifconfig eth3 vlan add 9", "inet ifconfig eth3 vlan add 10", // the kernel does not list it
+          "inet ifconfig eth3 vlan add 5", "inet ifconfig eth1 vlan add 10"});
     support::Queue("/sbin/ifconfig", {.out = std::string(400, '\n')});
-    Add("eth3", 10);
+    Type({"inet ifconfig eth3 vlan add 10"});
     ExpectTranscript("interfaces/vlan_add");
 }
 
 TEST_F(VlansTest, DeleteVlan) {
     const std::string row = "eth3.5         | 5  | eth3\n";
-    Delete("eth3", "5"); // no VLAN list at all
+    Type({"inet ifconfig eth3 vlan delete 5"}); // no VLAN list at all
     WriteVlans(row);
-    PlayWithFailures("inet ifconfig eth3 vlan delete 5", [] { return DeleteVlan("eth3", "5"); });
-    Delete("eth3", "6");
-    Delete("eth1", "5");
-    AlterEntry("eth3.5", [](auto& entry) { entry.parent = "eth30"; }); // whose name begins the same
-    Delete("eth3", "5");
+    Type({"! inet ifconfig eth3 vlan delete 5", "inet ifconfig eth3 vlan delete 6",
+          "inet ifconfig eth1 vlan delete 5", "inet ifconfig eth3 vlan delete 5;reboot"});
+    AlterEntry("eth3.5", [](auto& entry) { entry.parent = "eth30"; }); // the list's eth30 begins the same
+    Type({"inet ifconfig eth3 vlan delete 5"});
     AlterEntry("eth3.5", [](auto& entry) { entry.parent = "eth3"; });
-    Delete("eth3", "5;reboot");
     Switch("eth3.5");
-    Delete("eth3", "5");
+    Type({"inet ifconfig eth3 vlan delete 5"});
     unlink("/mnt/main/etc/l2overip.conf");
     GiveToDhcp("eth3.5", "eth9");
     support::WriteFile("/run/dhcp-server.pid", std::to_string(getpid()));
-    Delete("eth3", "5");
+    Type({"inet ifconfig eth3 vlan delete 5"});
     GiveToDhcp("eth9", "eth3.5");
-    Delete("eth3", "5");
+    Type({"inet ifconfig eth3 vlan delete 5"});
     GiveToDhcp("eth9", "eth9");
     // The kernel still lists the interface here, so the comment goes when the list is empty.
-    WriteVlans("");
     support::WriteFile("/sbin/ip", "#!/bin/sh\necho > /proc/net/vlan/config\n", 0755);
-    WriteVlans(row);
-    Delete("eth3", "5");
+    Type({"inet ifconfig eth3 vlan delete 5"});
     ExpectTranscript("interfaces/vlan_delete");
 }
 
 TEST_F(VlansTest, Comments) {
-    Play("inet vlan 12 comment add", [] { return AddVlanComment("12", "second floor, \"guests\""); });
-    Play("inet vlan 12 comment add", [] { return AddVlanComment("12", "x\nETH0_UP 0"); });
-    Play("inet vlan 12 comment delete", [] { return DeleteVlanComment("12"); });
-    Play("inet vlan x comment delete", [] { return DeleteVlanComment("x"); });
+    Type({"inet vlan 12 comment add \"second floor, \\\"guests\\\"\"",
+          "inet vlan 12 comment add \"x\nETH0_UP 0\"", "inet vlan 12 comment delete",
+          "inet vlan x comment delete"});
     ExpectTranscript("interfaces/vlan_comments");
 }
 

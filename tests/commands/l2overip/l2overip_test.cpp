@@ -18,7 +18,18 @@ const std::string kComplete = "mode = off\nmac_ttl = 300\ndevice = eth1\nlocal_p
 
 class L2OverIpTest : public CommandTest {
 protected:
-    L2OverIpTest() {
+    L2OverIpTest()
+        : CommandTest({
+              {"l2overip show *", Bind(Show)},
+              {"l2overip interface *", Bind(SetInterface)},
+              {"l2overip local port * *", Bind(SetLocalPort)},
+              {"l2overip remote port delete *", Bind(DeleteRemotePort)},
+              {"l2overip remote port * *", Bind(SetRemotePort)},
+              {"l2overip mac-ttl *", Bind(SetMacTtl)},
+              {"l2overip unsolicited-frames *", Bind(SetUnsolicitedFrames)},
+              {"l2overip mode *", Bind(SetMode)},
+          }) {
+        shown_file_ = kFile;
         support::Record(kScript);
         support::Record("/sbin/textpager.sh");
         WriteRecord("ETH0_IP 203.0.113.2 203.0.113.20\nETH0_MASK 255.255.255.0 255.255.255.0\n"
@@ -27,73 +38,25 @@ protected:
         WriteFile(kFile, kComplete);
     }
 
-    // The commands by their lines. An edit ends with the file that it leaves.
-    void Interface(const std::string& device) {
-        Play(
-            "l2overip interface " + device, [&] { return SetInterface(device); }, "", kFile);
-    }
-    void Local(const std::string& number, const std::string& address) {
-        Play(
-            "l2overip local port " + number + " " + address, [&] { return SetLocalPort(number, address); },
-            "", kFile);
-    }
-    void Remote(const std::string& number, const std::string& address) {
-        Play(
-            "l2overip remote port " + number + " " + address, [&] { return SetRemotePort(number, address); },
-            "", kFile);
-    }
-    void Delete(const std::string& number, const std::string& input = "") {
-        Play(
-            "l2overip remote port delete " + number, [&] { return DeleteRemotePort(number); }, input, kFile);
-    }
-    void MacTtl(const std::string& value) {
-        Play(
-            "l2overip mac-ttl " + value, [&] { return SetMacTtl(value); }, "", kFile);
-    }
-    void Frames(const std::string& value) {
-        Play(
-            "l2overip unsolicited-frames " + value, [&] { return SetUnsolicitedFrames(value); }, "", kFile);
-    }
-    void Mode(const std::string& value) {
-        Play(
-            "l2overip mode " + value, [&] { return SetMode(value); }, "", kFile);
-    }
-    void ShowReport(const std::string& what) {
-        Play("l2overip show " + what, [&] { return Show(what); });
-    }
-
     // The driver's state file, on a file system of its own.
     static void SetDriver(const std::string& state) {
         const char* const mount = "mount -t tmpfs driver /proc/driver && mkdir /proc/driver/l2overip";
         ASSERT_EQ(support::RunShell(mount).status, 0);
         WriteFile("/proc/driver/l2overip/config", state);
     }
-    static void MakePassive() {
-        WriteFile(path_list::velir_sk_nums, "FO_PARAMS=\"cluster\"\n");
-        WriteFile("/var/spool/corvan/failoverstat", "state\n1\n");
-    }
 };
 
 TEST_F(L2OverIpTest, EditsFromAnEmptyFile) {
     WriteFile(kFile, "");
-    Interface("eth1");
-    Interface("eth1");
-    Local("01", "203.0.113.20");
-    Frames("drop");
-    Frames("drop");
-    Remote("10", "198.51.100.10");
-    Remote("9", "198.51.100.9");
-    Remote("9", "198.51.100.8");
-    MacTtl("300");
+    Type({"l2overip interface eth1", "l2overip interface eth1", "l2overip local port 01 203.0.113.20",
+          "l2overip unsolicited-frames drop", "l2overip unsolicited-frames drop",
+          "l2overip remote port 10 198.51.100.10", "l2overip remote port 9 198.51.100.9",
+          "l2overip remote port 9 198.51.100.8", "l2overip mac-ttl 300"});
     EXPECT_TRUE(corvanshell::CheckGuardFile(kGuard.c_str(), kFile.c_str(), nullptr));
-    Mode("switch");
-    Mode("switch");
-    Delete("10", "n\n");
-    Delete("10", "y\n");
-    Delete("10");
-    Delete("9"); // the last one
-    Mode("off");
-    Delete("9", "y\n");
+    Type({"l2overip mode switch", "l2overip mode switch", "l2overip remote port delete 10 < n",
+          "l2overip remote port delete 10 < y", "l2overip remote port delete 10",
+          "l2overip remote port delete 9", // the last one
+          "l2overip mode off", "l2overip remote port delete 9 < y"});
     ExpectTranscript("l2overip/edits");
 }
 
@@ -113,28 +76,26 @@ TEST_F(L2OverIpTest, Refusals) {
     ASSERT_EQ(support::RunShell("ip address add 10.5.0.1/24 dev ppp0 && ip address add 10.6.0.1/24 dev eth2")
                   .status,
               0);
-    for (const char* address :
-         {"10.0.0.1", "10.5.0.1", "192.168.1.1", "192.168.5.1", "10.6.0.1", "192.168.3.255", "192.168.3"})
-        Local("5", address);
-    Local("2", "192.168.4.1");
-    Remote("1", "198.51.100.9");
-    for (const char* address :
-         {"203.0.113.2", "198.51.100.0", "230.1.1.1", "198.51.100.7", "198.51.100.7\nmode = switch"})
-        Remote("3", address);
-    WriteFile(kFile, "remote_port = 2, 192.168.4.1\n");
-    Local("5", "192.168.4.1");
-    WriteFile(kFile, "device = eth1\nremote_port = 2, 192.168.4.1\n");
-    Local("5", "192.168.4.1");
+    Type({"l2overip local port 5 10.0.0.1", "l2overip local port 5 10.5.0.1",
+          "l2overip local port 5 192.168.1.1", "l2overip local port 5 192.168.5.1",
+          "l2overip local port 5 10.6.0.1", "l2overip local port 5 192.168.3.255",
+          "l2overip local port 5 192.168.3", "l2overip local port 2 192.168.4.1",
+          "l2overip remote port 1 198.51.100.9", "l2overip remote port 3 203.0.113.2",
+          "l2overip remote port 3 198.51.100.0", "l2overip remote port 3 230.1.1.1",
+          "l2overip remote port 3 198.51.100.7", "l2overip remote port 3 \"198.51.100.7\nmode = switch\""});
+    for (const char* device : {"", "device = eth1\n"}) {
+        WriteFile(kFile, device + std::string("remote_port = 2, 192.168.4.1\n"));
+        Type({"l2overip local port 5 192.168.4.1"});
+    }
     EXPECT_THROW((void)IsBroadcastLike("10.0.0"), std::system_error);
-    Interface("ppp1");
-    Interface("eth1;reboot");
-    Mode("switch\ndevice = eth0");
+    Type({"l2overip interface ppp1", "l2overip interface eth1;reboot",
+          "l2overip mode \"switch\ndevice = eth0\""});
     WriteFile(kFile, "local_port = one\n");
-    MacTtl("9");
+    Type({"l2overip mac-ttl 9"});
     unlink(kFile.c_str());
-    Play("l2overip mac-ttl 9", [] { return SetMacTtl("9"); });
-    MakePassive();
-    Play("l2overip mode switch", [] { return SetMode("switch"); });
+    Type({"l2overip mac-ttl 9"});
+    JoinCluster(1);
+    Type({"l2overip mode switch"});
     ExpectTranscript("l2overip/refusals");
 }
 
@@ -144,35 +105,34 @@ TEST_F(L2OverIpTest, SwitchModeNeedsACompleteConfiguration) {
                                     "device = eth1\n" + ports.substr(0, 28), "device = eth1\n" + ports,
                                     "mac_ttl = 9\ndevice = eth9\n" + ports}) {
         WriteFile(kFile, file);
-        Mode("switch");
+        Type({"l2overip mode switch"});
     }
     WriteFile(kFile, kComplete);
     support::Queue(kScript, {.status = 3});
-    Mode("switch");
+    Type({"l2overip mode switch"});
     ExpectTranscript("l2overip/switch_mode");
 }
 
 // A driver in switch mode gets every new configuration, and a new guard only when it took it.
 TEST_F(L2OverIpTest, RunningDriver) {
-    ShowReport("port-table");
+    Type({"l2overip show port-table"});
     SetDriver("device = eth1\nmode = switch\n");
     support::Queue(kScript, {.status = 1});
-    MacTtl("5");
-    MacTtl("6");
+    Type({"l2overip mac-ttl 5", "l2overip mac-ttl 6"});
     WriteFile(kGuard + ".d/x", "");
     unlink(kGuard.c_str());
     ASSERT_EQ(rename((kGuard + ".d").c_str(), kGuard.c_str()), 0); // a folder in the guard's place
-    MacTtl("7");
+    Type({"l2overip mac-ttl 7"});
     support::Queue(kScript, {.out = "up\n"});
-    ShowReport("status");
+    Type({"l2overip show status"});
     support::Queue(kScript, {.status = 2});
-    for (const char* report : {"mac-address-table", "port-table", "mac-hash-stats", "clone-fabric-stats",
-                               "vswitch-stats", "config", "nothing"})
-        ShowReport(report);
-    MakePassive();
-    ShowReport("status");
+    Type({"l2overip show mac-address-table", "l2overip show port-table", "l2overip show mac-hash-stats",
+          "l2overip show clone-fabric-stats", "l2overip show vswitch-stats", "l2overip show config",
+          "l2overip show nothing"});
+    JoinCluster(1);
+    Type({"l2overip show status"});
     support::FillDisk("/mnt/main/etc");
-    MacTtl("8");
+    Type({"l2overip mac-ttl 8"});
     ExpectTranscript("l2overip/running_driver");
 }
 
