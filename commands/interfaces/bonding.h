@@ -10,7 +10,7 @@
 
 namespace interfaces {
 
-// inet bonding add <number> <mode> slaves <slave>... Empty slaves are left out.
+// inet bonding add <number> <mode> slaves <slave>... Empty slaves are left out; there may be three.
 [[nodiscard]] bool AddBond(const std::string& number, const std::string& mode,
                            const std::vector<std::string>& slaves);
 // inet bonding delete <number>. The slaves stay as loose ones.
