@@ -11,6 +11,11 @@
 
 // Asks a yes-or-no question. Zero means no.
 [[gnu::format(printf, 1, 2)]] int shell_get_user_confirmation(const char* format, ...);
+// From here on every such question is answered with yes, and shown with its answer.
+void shell_assume_confirmation();
+
+// Asks for a text. What is typed at a terminal for a secret is not shown. False when the input has ended.
+[[nodiscard]] bool shell_get_user_response(const char* question, bool secret, std::string& response);
 
 namespace corvanshell {
 

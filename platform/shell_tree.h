@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 // The tree of the command shell: a typed line walks from the root to the node that ends a command, and each
@@ -43,18 +44,25 @@ public:
 
     TreeNode& add(std::unique_ptr<TreeNode> stage);
     void set_action(Action action) { action_ = std::move(action); }
+    // What help says of the node: what is typed in its place, and what that means.
+    void set_help(std::string label, std::string text);
+    const std::string& label() const { return label_; }
+    const std::string& help() const { return help_; }
     // Empties the node. What stood below it lives on until the next call, because the command that empties
     // the tree is a part of it.
     void clean();
     const std::vector<std::unique_ptr<TreeNode>>& stages() const { return stages_; }
     bool ends_command() const { return static_cast<bool>(action_); }
-
-private:
+    // The stage that takes the word: one that matches it, or the only one that it begins. Null when there is
+    // none.
     TreeNode* find_stage(const std::string& word) const;
 
+private:
     std::vector<std::unique_ptr<TreeNode>> stages_;
     std::vector<std::unique_ptr<TreeNode>> cleaned_;
     Action action_;
+    std::string label_;
+    std::string help_;
 };
 
 // The running command shell, as far as its commands may change it. A process that runs commands without a
@@ -136,10 +144,17 @@ protected:
 template <class V, class Next>
 class in_node;
 
-// The stage of a value class, which joins the arguments.
+// The stage of a value class, which joins the arguments. A value without a list has no words to offer.
 template <class V>
 class in_node<V, void> : public list_completion_node {
 public:
+    explicit in_node(V value = V()) : value_(std::move(value)) {}
+
+    ShellWords sample_inputs() const override {
+        if constexpr (is_listed)
+            return list();
+        return {value_.sample()};
+    }
     bool match(const std::string& word) const override {
         std::string parsed;
         return value_.parse(word, parsed);
@@ -158,9 +173,15 @@ public:
     }
 
 protected:
-    ShellWords list() const override { return value_.list(); }
+    ShellWords list() const override {
+        if constexpr (is_listed)
+            return value_.list();
+        return {};
+    }
 
 private:
+    static constexpr bool is_listed = std::is_base_of_v<value::list_completion, V>;
+
     V value_;
 };
 

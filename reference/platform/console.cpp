@@ -6,7 +6,10 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <strings.h>
+#include <termios.h>
+#include <unistd.h>
 
 namespace {
 
@@ -21,14 +24,51 @@ void PrintLine(std::FILE* stream, const char* format, std::va_list arguments) {
     std::fwrite(text.data(), 1, text.size(), stream);
 }
 
-std::string ReadAnswer() {
+bool all_confirmed = false;
+
+// False when there is no further line, or a signal interrupted the reading.
+bool ReadAnswer(std::string& answer) {
     char* line = nullptr;
     std::size_t size = 0;
     const auto length = ::getline(&line, &size, stdin);
     const std::unique_ptr<char, void (*)(void*)> owner(line, std::free);
-    return length > 0 ? std::string(reference::Trim({line, static_cast<std::size_t>(length)}))
-                      : std::string();
+    if (length <= 0) {
+        std::clearerr(stdin); // a terminal goes on
+        return false;
+    }
+    answer = reference::Trim({line, static_cast<std::size_t>(length)});
+    return true;
 }
+
+void ShowQuestion(const std::string& question) {
+    std::cout.flush();
+    std::fwrite(question.data(), 1, question.size(), stdout);
+    std::fflush(stdout);
+}
+
+// What is typed at the terminal on standard input is not shown as long as this lives.
+class HiddenInput {
+public:
+    HiddenInput() {
+        if (::tcgetattr(STDIN_FILENO, &previous_) != 0)
+            return;
+        termios hidden = previous_;
+        hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        hidden_ = ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &hidden) == 0;
+    }
+    ~HiddenInput() {
+        if (!hidden_)
+            return;
+        ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &previous_);
+        ShowQuestion("\n"); // the one that was not shown
+    }
+    HiddenInput(const HiddenInput&) = delete;
+    HiddenInput& operator=(const HiddenInput&) = delete;
+
+private:
+    termios previous_{};
+    bool hidden_ = false;
+};
 
 } // namespace
 
@@ -58,18 +98,33 @@ int shell_get_user_confirmation(const char* format, ...) {
     va_start(arguments, format);
     const std::string question = reference::FormatText(format, arguments) + " [y/N] ";
     va_end(arguments);
-    std::cout.flush();
-    std::fwrite(question.data(), 1, question.size(), stdout);
-    std::fflush(stdout);
-    const std::string answer = ReadAnswer();
-    return ::strcasecmp(answer.c_str(), "y") == 0 || ::strcasecmp(answer.c_str(), "yes") == 0;
+    if (all_confirmed) {
+        ShowQuestion(question + "yes\n");
+        return 1;
+    }
+    ShowQuestion(question);
+    std::string answer;
+    return ReadAnswer(answer) &&
+           (::strcasecmp(answer.c_str(), "y") == 0 || ::strcasecmp(answer.c_str(), "yes") == 0);
+}
+
+void shell_assume_confirmation() {
+    all_confirmed = true;
+}
+
+bool shell_get_user_response(const char* question, bool secret, std::string& response) {
+    std::optional<HiddenInput> hidden;
+    if (secret)
+        hidden.emplace();
+    ShowQuestion(std::string(question) + " ");
+    return ReadAnswer(response);
 }
 
 namespace corvanshell {
 
 std::string WrapStr(const std::string& text, std::size_t width) {
     std::string wrapped = text;
-    std::size_t start = 0;                // of the line
+    std::size_t start = 0;                 // of the line
     std::size_t blank = std::string::npos; // the last one that the line may break at
     for (std::size_t i = 0; i < wrapped.size(); ++i) {
         if (wrapped[i] == '\n') {

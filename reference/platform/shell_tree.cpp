@@ -11,6 +11,11 @@ TreeNode& TreeNode::add(std::unique_ptr<TreeNode> stage) {
     return *stages_.emplace_back(std::move(stage));
 }
 
+void TreeNode::set_help(std::string label, std::string text) {
+    label_ = std::move(label);
+    help_ = std::move(text);
+}
+
 void TreeNode::clean() {
     cleaned_ = std::exchange(stages_, {});
     action_ = nullptr;
@@ -33,14 +38,16 @@ void Shell::RebuildTree() {
     build_(*root_, mode_);
 }
 
-// A stage that has the whole word goes before those that it only begins; of these there must be one.
+// A stage that has the whole word goes before those that it only begins; of these there must be one. Values
+// are not abbreviated.
 TreeNode* TreeNode::find_stage(const std::string& word) const {
     TreeNode* begun = nullptr;
     std::size_t candidates = 0;
     for (const auto& stage : stages_) {
         if (stage->match(word))
             return stage.get();
-        if (stage->partial_match(word)) {
+        const bool is_value = dynamic_cast<const detail::list_completion_node*>(stage.get()) != nullptr;
+        if (!is_value && stage->partial_match(word)) {
             begun = stage.get();
             ++candidates;
         }

@@ -1,0 +1,22 @@
+#include "reference/shell/change_lock.h"
+
+#include "platform/console.h"
+#include "platform/path_list.h"
+
+namespace shell {
+namespace {
+
+constexpr const char* kChangeLock = "/run/lock/conf-shell.lock";
+
+} // namespace
+
+ChangeLock::ChangeLock() : lock_(kChangeLock) {}
+
+bool ChangeLock::Acquire() {
+    if (lock_.AcquireExclusive(settings_lock_timeout, true))
+        return true;
+    shell_print_error("another shell is changing the settings, nothing was changed here; please try again");
+    return false;
+}
+
+} // namespace shell

@@ -1,0 +1,84 @@
+#include "reference/shell/session.h"
+
+#include "front/probes/cluster.h"
+#include "platform/console.h"
+#include "reference/shell/help.h"
+#include "reference/shell/line.h"
+#include "reference/shell/tree.h"
+#include "reference/shell/walk.h"
+
+#include <climits>
+#include <cstddef>
+#include <cstdio>
+#include <exception>
+#include <iostream>
+#include <unistd.h>
+
+namespace shell {
+namespace {
+
+bool is_over = false;
+
+// What the library throws of an input that a command doesn't expect, ends the command and not the shell.
+bool RunAction(TreeNode& root, const ShellWords& words) {
+    ShellArguments arguments;
+    try {
+        return root.parse_tokens(words, 0, arguments);
+    } catch (const std::exception& failure) {
+        shell_print_error("the command failed: %s", failure.what());
+        return false;
+    }
+}
+
+} // namespace
+
+Session::Session() {
+    Shell& shell = Shell::Get();
+    shell.SetMode(GetClusterMode());
+    shell.SetTree(&root_, BuildTree);
+    shell.RebuildTree();
+}
+
+Session::~Session() {
+    Shell::Get().SetTree(nullptr, nullptr);
+}
+
+bool Session::Run(const std::string& line) {
+    const Line split = SplitLine(line);
+    const ShellWords words = split.Texts();
+    if (split.is_open) {
+        shell_print_error("the line ends within a quoted text");
+        return false;
+    }
+    if (words.empty())
+        return true;
+    if (IsHelp(root_, words[0]))
+        return ShowHelp({words.begin() + 1, words.end()});
+    const Position position = Follow(root_, words);
+    if (position.taken < words.size() || !position.node->ends_command()) {
+        ReportLine(line, split, position);
+        return false;
+    }
+    const bool is_done = RunAction(root_, words);
+    std::cout.flush();
+    std::fflush(stdout);
+    return is_done;
+}
+
+std::string Session::Prompt() const {
+    char name[HOST_NAME_MAX + 1] = "";
+    static_cast<void>(::gethostname(name, HOST_NAME_MAX)); // without a name the prompt is short
+    const std::string host(name);
+    return host.substr(0, host.find('.')) + (Shell::Get().Mode() == 0 ? " (single)> " : " (cluster)> ");
+}
+
+bool EndSession() {
+    is_over = true;
+    return true;
+}
+
+bool IsSessionOver() {
+    return is_over;
+}
+
+} // namespace shell

@@ -1,0 +1,148 @@
+#include "reference/shell/tree.h"
+
+#include "reference/shell/change_lock.h"
+#include "reference/shell/pattern.h"
+#include "reference/shell/slots.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace shell {
+namespace {
+
+// A word that is typed as it stands.
+class WordNode : public Node {
+public:
+    explicit WordNode(std::string word) : word_(std::move(word)) {}
+
+    ShellWords sample_inputs() const override { return {word_}; }
+    ShellWords completion() const override { return {word_}; }
+    bool partial_match(const std::string& word) const override { return word_.starts_with(word); }
+    bool match(const std::string& word) const override { return word == word_; }
+
+private:
+    std::string word_;
+};
+
+// A place of the tree before its nodes are made: the commands that pass through it, and the one that ends
+// there.
+struct Branch {
+    Token token;
+    std::vector<Branch> branches;
+    const Command* end = nullptr;
+    Form form; // of the command that ends here
+    const char* heading = nullptr;
+    std::vector<const Command*> through;
+
+    Branch& Below(const Token& next) {
+        const auto known = std::find_if(branches.begin(), branches.end(),
+                                        [&](const Branch& branch) { return branch.token.text == next.text; });
+        if (known != branches.end())
+            return *known;
+        branches.emplace_back().token = next;
+        return branches.back();
+    }
+};
+
+void Plant(Branch& root, const Command& command, const Form& form) {
+    Branch* branch = &root;
+    for (const Token& token : form) {
+        branch = &branch->Below(token);
+        if (std::find(branch->through.begin(), branch->through.end(), &command) == branch->through.end())
+            branch->through.push_back(&command);
+    }
+    // The first row of a line has it.
+    if (branch->end == nullptr) {
+        branch->end = &command;
+        branch->form = form;
+    }
+}
+
+// A heading of a place that has no command in this mode says nothing.
+void PlaceHeading(Branch& root, const Command& heading) {
+    for (const Form& form : Expand(heading.pattern)) {
+        Branch* branch = &root;
+        for (const Token& token : form) {
+            const auto next =
+                std::find_if(branch->branches.begin(), branch->branches.end(),
+                             [&](const Branch& known) { return known.token.text == token.text; });
+            if (next == branch->branches.end())
+                return;
+            branch = &*next;
+        }
+        branch->heading = heading.help;
+    }
+}
+
+// Puts the values of the typed line in the order of the pattern, and runs the command.
+TreeNode::Action MakeAction(const Command& command, const Form& form) {
+    return [&command, form](const ShellArguments& arguments) {
+        Values values(Command::CountValues(command.pattern));
+        auto typed = arguments.begin();
+        for (const Token& token : form) {
+            const std::string text = token.is_value ? boost::any_cast<std::string>(*typed++) : token.text;
+            if (token.place < 0)
+                continue;
+            std::string& value = values[static_cast<std::size_t>(token.place)];
+            value += (value.empty() ? "" : " ") + text;
+        }
+        if (command.traits & kShows)
+            return command.run(values);
+        ChangeLock lock;
+        return lock.Acquire() && command.run(values);
+    };
+}
+
+const char* WordHelp(const Branch& branch) {
+    if (branch.heading != nullptr)
+        return branch.heading;
+    if (branch.end != nullptr)
+        return branch.end->help;
+    return branch.through.size() == 1 ? branch.through[0]->help : "";
+}
+
+void Grow(TreeNode& parent, const Branch& branch) {
+    // A word goes before a value that could be the same text.
+    for (const bool is_value : {false, true}) {
+        for (const Branch& next : branch.branches) {
+            if (next.token.is_value != is_value)
+                continue;
+            TreeNode& node = parent.add(is_value ? MakeStage(next.token.text)
+                                                 : std::make_unique<WordNode>(next.token.text));
+            if (!is_value)
+                node.set_help(next.token.text, WordHelp(next));
+            if (next.end != nullptr)
+                node.set_action(MakeAction(*next.end, next.form));
+            Grow(node, next);
+        }
+    }
+}
+
+} // namespace
+
+bool IsInMode(const Command& command, int mode) {
+    return !(command.traits & (mode == 0 ? kInCluster : kInSingle));
+}
+
+void BuildTree(TreeNode& root, int mode) {
+    Branch top;
+    for (const Family& family : Families()) {
+        for (const Command& command : family.commands) {
+            if (command.run == nullptr || !IsInMode(command, mode))
+                continue;
+            for (const Form& form : Expand(command.pattern))
+                Plant(top, command, form);
+        }
+    }
+    for (const Family& family : Families()) {
+        for (const Command& command : family.commands) {
+            if (command.run == nullptr)
+                PlaceHeading(top, command);
+        }
+    }
+    Grow(root, top);
+}
+
+} // namespace shell

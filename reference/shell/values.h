@@ -1,0 +1,76 @@
+#pragma once
+
+#include "platform/shell_tree.h"
+
+#include <string>
+#include <utility>
+
+// The arguments of the shell's own lines, as values of stages. Their checks are those of form alone: what is
+// known to the settings, the actions say themselves.
+
+namespace shell {
+
+// A text that passes a check.
+class Checked : public value::generic<const std::string> {
+public:
+    using Check = bool (*)(const std::string& text);
+
+    explicit Checked(Check is_good) : is_good_(is_good) {}
+
+    [[nodiscard]] bool parse(const std::string& word, std::string& parsed) const override {
+        const bool is_good = is_good_(word);
+        if (is_good)
+            parsed = word;
+        return is_good;
+    }
+
+private:
+    Check is_good_;
+};
+
+// The same with words to offer.
+class Listed : public Checked, public value::list_completion {
+public:
+    using Words = ShellWords (*)();
+
+    Listed(Check is_good, Words words) : Checked(is_good), words_(words) {}
+    ShellWords list() const override { return words_(); }
+
+private:
+    Words words_;
+};
+
+// A decimal number in a range, without leading zeros.
+class Range : public value::generic<const std::string> {
+public:
+    Range(unsigned long low, unsigned long high) : low_(low), high_(high) {}
+
+    [[nodiscard]] bool parse(const std::string& word, std::string& parsed) const override;
+    std::string sample() const override;
+
+private:
+    unsigned long low_;
+    unsigned long high_;
+};
+
+// Checks of form.
+// Nothing that passes can end a quoted text in a daemon's file.
+bool IsText(const std::string& text); // without double quotes, backslashes and control characters
+bool IsWord(const std::string& text); // the same without blanks, and not empty
+bool IsDomainName(const std::string& text);
+bool IsServerName(const std::string& text); // an address or a domain name
+bool IsMacAddress(const std::string& text); // six pairs of hexadecimal digits with ":" or "-"
+bool IsMtu(const std::string& text);        // a number or "auto"
+bool IsMetric(const std::string& text);     // a number or "none"
+bool IsDateTime(const std::string& text);   // 31.12.2026-23:59:59
+
+// What the appliance has just now. What can't be read offers nothing.
+ShellWords ListInterfaces();
+ShellWords ListDhcpHosts();
+ShellWords ListDhcpSubnets(); // addresses of remote subnets
+ShellWords ListRelays();
+ShellWords ListSnmpUsers();
+ShellWords ListSnmpCommunities();
+ShellWords ListFilterRules();
+
+} // namespace shell
