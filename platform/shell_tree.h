@@ -51,16 +51,22 @@ public:
     // Empties the node. What stood below it lives on until the next call, because the command that empties
     // the tree is a part of it.
     void clean();
-    const std::vector<std::unique_ptr<TreeNode>>& stages() const { return stages_; }
-    bool ends_command() const { return static_cast<bool>(action_); }
+    // What gives the node its stages and its action when they are asked for first, so that a large tree costs
+    // what is used of it.
+    void set_growth(std::function<void(TreeNode& node)> growth) { growth_ = std::move(growth); }
+    const std::vector<std::unique_ptr<TreeNode>>& stages() const;
+    bool ends_command() const;
     // The stage that takes the word: one that matches it, or the only one that it begins. Null when there is
     // none.
     TreeNode* find_stage(const std::string& word) const;
 
 private:
+    void grow() const;
+
     std::vector<std::unique_ptr<TreeNode>> stages_;
     std::vector<std::unique_ptr<TreeNode>> cleaned_;
     Action action_;
+    mutable std::function<void(TreeNode& node)> growth_;
     std::string label_;
     std::string help_;
 };

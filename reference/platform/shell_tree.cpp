@@ -19,6 +19,23 @@ void TreeNode::set_help(std::string label, std::string text) {
 void TreeNode::clean() {
     cleaned_ = std::exchange(stages_, {});
     action_ = nullptr;
+    growth_ = nullptr;
+}
+
+// A node that grows is the same node: nobody can tell when it was done.
+void TreeNode::grow() const {
+    if (const auto growth = std::exchange(growth_, nullptr))
+        growth(const_cast<TreeNode&>(*this));
+}
+
+const std::vector<std::unique_ptr<TreeNode>>& TreeNode::stages() const {
+    grow();
+    return stages_;
+}
+
+bool TreeNode::ends_command() const {
+    grow();
+    return static_cast<bool>(action_);
 }
 
 Shell& Shell::Get() {
@@ -43,7 +60,7 @@ void Shell::RebuildTree() {
 TreeNode* TreeNode::find_stage(const std::string& word) const {
     TreeNode* begun = nullptr;
     std::size_t candidates = 0;
-    for (const auto& stage : stages_) {
+    for (const auto& stage : stages()) {
         if (stage->match(word))
             return stage.get();
         const bool is_value = dynamic_cast<const detail::list_completion_node*>(stage.get()) != nullptr;
@@ -57,7 +74,7 @@ TreeNode* TreeNode::find_stage(const std::string& word) const {
 
 bool TreeNode::parse_tokens(const ShellWords& words, std::size_t next, ShellArguments& arguments) {
     if (next >= words.size()) {
-        if (action_)
+        if (ends_command())
             return action_(arguments);
         shell_print_error("incomplete command");
         return false;

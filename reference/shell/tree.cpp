@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -120,6 +121,57 @@ void Grow(TreeNode& parent, const Branch& branch) {
     }
 }
 
+// The rows of the lines that begin with one word.
+struct Trunk {
+    std::string word;
+    std::vector<const Command*> rows;
+
+    // That of the row that is the word alone, otherwise of the only one.
+    const char* Help() const {
+        for (const Command* const row : rows) {
+            if (row->pattern == word)
+                return row->help;
+        }
+        return rows.size() == 1 ? rows[0]->help : "";
+    }
+};
+
+std::vector<Trunk> SortByFirstWord(int mode) {
+    std::vector<Trunk> trunks;
+    for (const Family& family : Families()) {
+        for (const Command& row : family.commands) {
+            if (!IsInMode(row, mode))
+                continue;
+            const std::string_view pattern = row.pattern;
+            const std::string_view word = pattern.substr(0, pattern.find(' '));
+            auto trunk = std::find_if(trunks.begin(), trunks.end(),
+                                      [&](const Trunk& known) { return known.word == word; });
+            if (trunk == trunks.end())
+                trunk = trunks.insert(trunk, {std::string(word), {}});
+            trunk->rows.push_back(&row);
+        }
+    }
+    return trunks;
+}
+
+void GrowTrunk(TreeNode& node, const Trunk& trunk) {
+    Branch top;
+    for (const Command* const row : trunk.rows) {
+        if (row->run == nullptr)
+            continue;
+        for (const Form& form : Expand(row->pattern))
+            Plant(top, *row, form);
+    }
+    for (const Command* const row : trunk.rows) {
+        if (row->run == nullptr)
+            PlaceHeading(top, *row);
+    }
+    const Branch& branch = top.branches.front();
+    if (branch.end != nullptr)
+        node.set_action(MakeAction(*branch.end, branch.form));
+    Grow(node, branch);
+}
+
 } // namespace
 
 bool IsInMode(const Command& command, int mode) {
@@ -127,22 +179,11 @@ bool IsInMode(const Command& command, int mode) {
 }
 
 void BuildTree(TreeNode& root, int mode) {
-    Branch top;
-    for (const Family& family : Families()) {
-        for (const Command& command : family.commands) {
-            if (command.run == nullptr || !IsInMode(command, mode))
-                continue;
-            for (const Form& form : Expand(command.pattern))
-                Plant(top, command, form);
-        }
+    for (Trunk& trunk : SortByFirstWord(mode)) {
+        TreeNode& node = root.add(std::make_unique<WordNode>(trunk.word));
+        node.set_help(trunk.word, trunk.Help());
+        node.set_growth([trunk = std::move(trunk)](TreeNode& grown) { GrowTrunk(grown, trunk); });
     }
-    for (const Family& family : Families()) {
-        for (const Command& command : family.commands) {
-            if (command.run == nullptr)
-                PlaceHeading(top, command);
-        }
-    }
-    Grow(root, top);
 }
 
 } // namespace shell
