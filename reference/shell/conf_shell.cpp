@@ -111,7 +111,11 @@ bool RunTerminal(shell::Session& session) {
     action.sa_handler = IgnoreSignal;
     ::sigaction(SIGINT, &action, nullptr);
     shell::Editor editor(session.Root());
-    return RunLines(session, true, [&](std::string& line) { return editor.Read(session.Prompt(), line); });
+    const bool all_done =
+        RunLines(session, true, [&](std::string& line) { return editor.Read(session.Prompt(), line); });
+    if (!shell::IsSessionOver())
+        std::puts(""); // behind the end of the input
+    return all_done;
 }
 
 bool RunSession(const Request& request) {
