@@ -15,7 +15,10 @@ ChangeLock::ChangeLock() : lock_(kChangeLock) {}
 bool ChangeLock::Acquire() {
     if (lock_.AcquireExclusive(settings_lock_timeout, true))
         return true;
-    shell_print_error("another shell is changing the settings, nothing was changed here; please try again");
+    shell_print_error(
+        "another shell is changing the settings, or %s can't be locked: nothing was changed here, "
+        "please try again",
+        kChangeLock);
     return false;
 }
 

@@ -69,11 +69,16 @@ std::string ListWords(const ShellWords& words) {
     return text + '\n';
 }
 
+unsigned char ShowOffers(EditLine* line, const std::string& before) {
+    const std::string offers = FormatOffers(ListOffersAt(OwnerOf(line).Root(), before));
+    return Show(offers.empty() ? "  nothing may stand here\n" : offers);
+}
+
 unsigned char OnTab(EditLine* line, int) {
     const std::string before(TextBeforeCursor(line));
     const Completion completion = Complete(OwnerOf(line).Root(), before);
     if (completion.words.empty())
-        return CC_REFRESH_BEEP;
+        return ShowOffers(line, before);
     const std::string typed = before.substr(completion.begin);
     const bool is_only = completion.words.size() == 1;
     const std::string text = CommonBegin(completion.words) + (is_only ? " " : "");
@@ -90,8 +95,7 @@ unsigned char OnQuestionMark(EditLine* line, int) {
         el_insertstr(line, "?");
         return CC_REFRESH;
     }
-    const std::string offers = FormatOffers(ListOffersAt(OwnerOf(line).Root(), before));
-    return Show(offers.empty() ? "  nothing may stand here\n" : offers);
+    return ShowOffers(line, before);
 }
 
 unsigned char OnInterrupt(EditLine* line, int) {

@@ -7,6 +7,7 @@
 #include "reference/shell/tree.h"
 #include "reference/shell/walk.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <cstdio>
@@ -17,7 +18,16 @@
 namespace shell {
 namespace {
 
+constexpr std::size_t kLineLimit = 8192;
+
 bool is_over = false;
+
+bool IsTyped(const std::string& line) {
+    return line.size() <= kLineLimit && std::none_of(line.begin(), line.end(), [](char letter) {
+               return (static_cast<unsigned char>(letter) < ' ' && letter != '\t' && letter != '\r') ||
+                      letter == 0x7f;
+           });
+}
 
 // What the library throws of an input that a command doesn't expect, ends the command and not the shell.
 bool RunAction(TreeNode& root, const ShellWords& words) {
@@ -34,8 +44,8 @@ bool RunAction(TreeNode& root, const ShellWords& words) {
 
 Session::Session() {
     Shell& shell = Shell::Get();
-    shell.SetMode(GetClusterMode());
     shell.SetTree(&root_, BuildTree);
+    shell.SetMode(GetClusterMode());
     shell.RebuildTree();
 }
 
@@ -43,7 +53,21 @@ Session::~Session() {
     Shell::Get().SetTree(nullptr, nullptr);
 }
 
+void Session::FollowMode() {
+    Shell& shell = Shell::Get();
+    const int mode = GetClusterMode();
+    if (mode == shell.Mode())
+        return;
+    shell.SetMode(mode);
+    shell.RebuildTree();
+}
+
 bool Session::Run(const std::string& line) {
+    FollowMode();
+    if (!IsTyped(line)) {
+        shell_print_error("a line has %zu bytes at most, and no control characters", kLineLimit);
+        return false;
+    }
     const Line split = SplitLine(line);
     const ShellWords words = split.Texts();
     if (split.is_open) {
@@ -65,7 +89,8 @@ bool Session::Run(const std::string& line) {
     return is_done;
 }
 
-std::string Session::Prompt() const {
+std::string Session::Prompt() {
+    FollowMode();
     char name[HOST_NAME_MAX + 1] = "";
     static_cast<void>(::gethostname(name, HOST_NAME_MAX)); // without a name the prompt is short
     const std::string host(name);

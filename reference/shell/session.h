@@ -19,9 +19,12 @@ public:
     [[nodiscard]] bool Run(const std::string& line);
 
     const TreeNode& Root() const { return root_; }
-    std::string Prompt() const;
+    // The host's name and the mode, which another shell may have switched.
+    std::string Prompt();
 
 private:
+    void FollowMode();
+
     Node root_;
 };
 
