@@ -15,6 +15,12 @@ namespace reference {
 
 namespace {
 
+constexpr std::size_t pipe_size = 65536; // see pipe(7)
+
+// What a text that is larger than a pipe is given at once: memory costs nothing until it is written to,
+// moving a text that has outgrown its memory does.
+constexpr std::size_t large_text = std::size_t{16} << 20;
+
 // How we take signals while a program runs in the foreground; the program itself takes them as we did.
 class ForegroundSignals {
 public:
@@ -127,9 +133,12 @@ int CollectProgram(const std::vector<std::string>& arguments, Streams streams, s
     if (pid < 0)
         return -1;
     writer.reset();
-    char buffer[16384];
-    for (long count = 0; (count = ReadSome(reader.get(), buffer, sizeof buffer)) > 0;)
+    char buffer[pipe_size];
+    for (long count = 0; (count = ReadSome(reader.get(), buffer, sizeof buffer)) > 0;) {
+        if (output.size() >= sizeof buffer)
+            output.reserve(large_text);
         output.append(buffer, static_cast<std::size_t>(count));
+    }
     return WaitFor(pid);
 }
 
