@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <string_view>
 #include <tuple>
-#include <utility>
 #include <vector>
 
 namespace routing {
@@ -15,27 +14,25 @@ namespace {
 
 using Text = std::string_view;
 
-// The words of a line, taken one after the other.
-class Words {
+// The parts of a text between separators, taken one after the other; none is empty.
+class Parts {
 public:
-    explicit Words(Text line) : next_(line.data()), end_(line.data() + line.size()) {}
+    Parts(Text text, char separator) : rest_(text), separator_(separator) {}
 
-    // The next word without white space at its ends; empty when none is left.
+    // The next part without white space at its end; empty when none is left.
     Text Next() {
-        while (next_ != end_ && *next_ == ' ')
-            ++next_;
-        const char* const start = next_;
-        while (next_ != end_ && *next_ != ' ')
-            ++next_;
-        Text word(start, static_cast<std::size_t>(next_ - start));
-        while (!word.empty() && (word.back() == '\r' || word.back() == '\t'))
-            word.remove_suffix(1);
-        return word;
+        while (!rest_.empty() && rest_.front() == separator_)
+            rest_.remove_prefix(1);
+        Text part = rest_.substr(0, rest_.find(separator_));
+        rest_.remove_prefix(part.size());
+        while (!part.empty() && (part.back() == '\r' || part.back() == '\t'))
+            part.remove_suffix(1);
+        return part;
     }
 
 private:
-    const char* next_;
-    const char* end_;
+    Text rest_;
+    char separator_;
 };
 
 // The masks of the lengths 0 to 32.
@@ -48,27 +45,16 @@ public:
         }
     }
 
-    // Null when the text is no length.
-    const std::string* Find(Text length) const {
+    // "" when the text is no length.
+    Text Find(Text length) const {
         std::size_t number = masks_.size();
         const auto [end, error] = std::from_chars(length.data(), length.data() + length.size(), number);
         const bool is_number = error == std::errc() && end == length.data() + length.size();
-        return is_number && number < masks_.size() ? &masks_[number] : nullptr;
+        return is_number && number < masks_.size() ? Text(masks_[number]) : "";
     }
 
 private:
     std::array<std::string, 33> masks_;
-};
-
-// A route in the place where it was read.
-struct RouteView {
-    Text destination;
-    Text prefix_length;
-    Text gateway;
-    Text distance;
-    Text weight;
-    Text table;
-    const std::string* netmask = nullptr;
 };
 
 // What the sort moves: little, for a hundred thousand of them.
@@ -77,33 +63,31 @@ struct SortKey {
     std::uint32_t line;        // its place in the text
 };
 
-// "<address>/<length>"; false when it is anything else.
-bool TakePrefix(Text prefix, const Masks& masks, RouteView& route) {
-    prefix.remove_prefix(std::min(prefix.find_first_not_of('/'), prefix.size()));
-    prefix = prefix.substr(0, prefix.find_last_not_of('/') + 1);
-    const std::size_t slash = prefix.find('/');
-    if (slash == Text::npos)
-        return false;
-    route.destination = prefix.substr(0, slash);
-    route.prefix_length = prefix.substr(prefix.find_first_not_of('/', slash));
-    route.netmask = masks.Find(route.prefix_length);
-    return route.netmask != nullptr;
+// The prefix of a line "ip route [table <table>] <prefix> <gateway> ...", "" when the line is none. What
+// follows stays in `words`.
+Text TakePrefix(Parts& words, Text& table) {
+    if (words.Next() != "ip" || words.Next() != "route")
+        return "";
+    const Text word = words.Next();
+    if (word != "table") {
+        table = kMainTable;
+        return word;
+    }
+    table = words.Next();
+    return words.Next();
 }
 
-bool TakeRoute(Text line, const Masks& masks, RouteView& route) {
-    Words words(line);
-    if (words.Next() != "ip" || words.Next() != "route")
-        return false;
-    route.table = kMainTable;
-    Text prefix = words.Next();
-    if (prefix == "table") {
-        route.table = words.Next();
-        prefix = words.Next();
-    }
+bool TakeRoute(Text line, StaticRoute& route) {
+    static const Masks masks;
+    Parts words(line, ' ');
+    Parts prefix(TakePrefix(words, route.table), '/');
+    route.destination = prefix.Next();
+    route.prefix_length = prefix.Next();
+    route.netmask = masks.Find(route.prefix_length);
     route.gateway = words.Next();
     route.distance = words.Next();
     route.weight = words.Next();
-    return !route.gateway.empty() && TakePrefix(prefix, masks, route);
+    return !route.netmask.empty() && prefix.Next().empty() && !route.gateway.empty();
 }
 
 // Half a byte for each letter: two addresses, which have 15 at most, compare like their texts. Other texts
@@ -123,14 +107,16 @@ Text LineAt(Text text, std::size_t place) {
     return text.substr(place, text.find('\n', place) - place);
 }
 
-// The lines that are routes, by destination; those of one destination as they were read.
-std::vector<SortKey> SortRoutes(Text text, const Masks& masks) {
+// The lines that may be routes, by destination; those of one destination as they were read.
+std::vector<SortKey> SortRoutes(Text text) {
     std::vector<SortKey> keys;
-    RouteView view;
     for (std::size_t place = 0; place < text.size();) {
         const Text line = LineAt(text, place);
-        if (TakeRoute(line, masks, view))
-            keys.push_back({Pack(view.destination), static_cast<std::uint32_t>(place)});
+        Parts words(line, ' ');
+        Text table;
+        const Text prefix = TakePrefix(words, table);
+        if (!prefix.empty())
+            keys.push_back({Pack(Parts(prefix, '/').Next()), static_cast<std::uint32_t>(place)});
         place += line.size() + 1;
     }
     std::sort(keys.begin(), keys.end(), [](const SortKey& left, const SortKey& right) {
@@ -139,33 +125,16 @@ std::vector<SortKey> SortRoutes(Text text, const Masks& masks) {
     return keys;
 }
 
-void Append(Routes& routes, const RouteView& view) {
-    StaticRoute& route = routes
-                             .emplace_hint(routes.end(), std::piecewise_construct,
-                                           std::forward_as_tuple(view.destination), std::tuple<>())
-                             ->second;
-    route.destination = view.destination;
-    route.gateway = view.gateway;
-    route.netmask = *view.netmask;
-    route.prefix_length = view.prefix_length;
-    route.distance = view.distance;
-    route.weight = view.weight;
-    route.table = view.table;
-}
-
 } // namespace
 
 // Sorted first and then appended: a tree that grows in disorder is far slower.
-Routes ParseRoutes(Text configuration) {
-    const Masks masks;
-    Routes routes;
+void ParseRoutes(Text configuration, Routes& routes) {
     configuration = configuration.substr(0, UINT32_MAX); // no daemon has so much to say
-    for (const SortKey& key : SortRoutes(configuration, masks)) {
-        RouteView view;
-        if (TakeRoute(LineAt(configuration, key.line), masks, view))
-            Append(routes, view);
+    for (const SortKey& key : SortRoutes(configuration)) {
+        StaticRoute route;
+        if (TakeRoute(LineAt(configuration, key.line), route))
+            routes.emplace_hint(routes.end(), route.destination, route);
     }
-    return routes;
 }
 
 } // namespace routing

@@ -20,19 +20,20 @@ bool MismatchedName() {
 
 // The table goes with its first route, so that its other routes are those of a table without a name.
 bool ClearRoute(RouteStore& store, const StaticRoute& route) {
-    const bool is_main = route.table == kMainTable;
-    if (!is_main && !IsTableUnreferenced(GetTableName(route.table))) {
+    const std::string table(route.table);
+    const bool is_main = table == kMainTable;
+    if (!is_main && !IsTableUnreferenced(GetTableName(table))) {
         shell_print_error(gettext("unable to clear table %s because it is referenced by at least one policy "
                                   "rule"),
-                          route.table.c_str());
+                          table.c_str());
         shell_print_error(gettext("failed to clear table"));
         return false;
     }
-    if (!store.DeleteTableRoute(route.destination, route, route.table)) {
-        shell_print_error(gettext("failed to delete route for %s"), route.destination.c_str());
+    if (!store.DeleteTableRoute(route.destination, route, table)) {
+        shell_print_error(gettext("failed to delete route for %s"), std::string(route.destination).c_str());
         return false;
     }
-    if (!is_main && !DeleteTable(route.table)) {
+    if (!is_main && !DeleteTable(table)) {
         shell_print_error(gettext("failed to delete table"));
         return false;
     }

@@ -5,9 +5,10 @@
 #include "platform/path_list.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
+#include <map>
 #include <string_view>
-#include <unordered_map>
 
 namespace routing {
 namespace {
@@ -33,7 +34,7 @@ public:
     std::string_view Text() const { return {line_, size_}; }
 
 private:
-    void Add(const std::string& text, std::size_t width, std::size_t gap) {
+    void Add(std::string_view text, std::size_t width, std::size_t gap) {
         const std::size_t taken = std::min(text.size(), width);
         std::memset(line_ + size_, ' ', width + gap);
         std::memcpy(line_ + size_, text.data(), taken);
@@ -53,6 +54,10 @@ Lines FormatHeading(const std::string& number) {
             kRule};
 }
 
+void Print(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
 } // namespace
 
 Lines FormatRoutes(const Routes& routes, const std::string& table) {
@@ -67,27 +72,28 @@ Lines FormatRoutes(const Routes& routes, const std::string& table) {
     return lines;
 }
 
-// One walk over the routes, however many tables there are.
-std::string FormatTables(const Routes& routes, const Lines& tables) {
-    std::string text;
+// One walk over the routes, however many tables there are, and no text of them all.
+bool PrintTables(const Routes& routes, const Lines& tables) {
     if (routes.empty())
-        return text;
-    std::unordered_map<std::string, RouteList> by_table;
+        return false;
+    std::map<std::string_view, RouteList> by_table;
     for (const auto& [destination, route] : routes)
         by_table[route.table].push_back(&route);
-    text.reserve((routes.size() + tables.size()) * (kLineWidth + 1));
+    bool printed = false;
     for (const std::string& number : tables) {
         const Lines heading = FormatHeading(number);
         if (heading.empty())
             continue;
-        text += JoinLines(heading);
+        Print(JoinLines(heading));
         for (const StaticRoute* route : by_table[number]) {
-            text += RouteLine(*route).Text();
-            text += '\n';
+            Print(RouteLine(*route).Text());
+            Print("\n");
         }
-        text += '\n';
+        Print("\n");
+        printed = true;
     }
-    return text;
+    std::fflush(stdout);
+    return printed;
 }
 
 Lines FormatRoutesPlain(const RouteStore& store, const Routes& routes) {

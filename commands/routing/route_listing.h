@@ -18,8 +18,9 @@ namespace routing {
 // settings lock is not granted, which is logged.
 Lines FormatRoutes(const Routes& routes, const std::string& table);
 
-// The same of each of these tables, as one text: a newline behind each line and one more behind each table.
-std::string FormatTables(const Routes& routes, const Lines& tables);
+// Prints the same of each of these tables: a newline behind each line and one more behind each table. False
+// when there was nothing to print.
+[[nodiscard]] bool PrintTables(const Routes& routes, const Lines& tables);
 
 // The routes of every table, without the heading. No lines when the store is without its lock.
 Lines FormatRoutesPlain(const RouteStore& store, const Routes& routes);

@@ -42,8 +42,8 @@ bool ShowStaticRoutes() {
         return false;
     shell_log_info("command: inet show routing static");
     const RouteStore store;
-    const std::string text = FormatTables(store.All(), GetTableNumbers());
-    Print(text.empty() ? std::string(gettext("No static routes defined")) + "\n" : text);
+    if (!PrintTables(store.All(), GetTableNumbers()))
+        shell_print_info(gettext("No static routes defined"));
     return true;
 }
 

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <sys/file.h>
 #include <unistd.h>
+#include <utility>
 
 namespace routing {
 namespace {
@@ -20,15 +21,19 @@ namespace {
 constexpr const char* kLockFile = "/run/lock/run/quagga/s_routing.lock";
 constexpr mode_t kLockMode = 0400;
 
-std::string PrefixOf(const std::string& destination, const std::string& length) {
-    return destination + "/" + length;
+// ip route table 5 10.0.0.0/8 1.1.1.1
+std::string RouteLine(std::string_view destination, std::string_view length, std::string_view gateway,
+                      std::string_view table) {
+    std::string line = "ip route ";
+    if (!table.empty())
+        line.append("table ").append(table).append(" ");
+    return line.append(destination).append("/").append(length).append(" ").append(gateway);
 }
 
 // /usr/bin/vtysh -d zebra -c "configure terminal" -c "no ip route 10.0.0.0/8 1.1.1.1" -c "end" -c "write
 // file"
-bool SendDelete(const std::string& destination, const StaticRoute& route, const std::string& table) {
-    const std::string line = "no ip route " + (table.empty() ? "" : "table " + table + " ") +
-                             PrefixOf(destination, route.prefix_length) + " " + route.gateway;
+bool SendDelete(std::string_view destination, const StaticRoute& route, std::string_view table) {
+    const std::string line = "no " + RouteLine(destination, route.prefix_length, route.gateway, table);
     return shell_spawn_quiet("/usr/bin/vtysh", "-d", "zebra", "-c", "configure terminal", "-c", line.c_str(),
                              "-c", "end", "-c", "write file", nullptr) == 0;
 }
@@ -66,11 +71,14 @@ RouteStore::~RouteStore() {
 void RouteStore::Load() {
     std::string text; // one text: a string for each of a hundred thousand lines would be slow
     const int status = corvanshell::run("/usr/bin/vtysh -d zebra -c \"show running-config\"", text);
-    if (status == 0 && !text.empty())
-        routes_ = ParseRoutes(text);
+    if (status != 0 || text.empty())
+        return;
+    routes_.clear();
+    memory_.release();
+    ParseRoutes(configurations_.emplace_back(std::move(text)), routes_);
 }
 
-Routes RouteStore::Find(const std::string& destination, const Condition& condition) const {
+Routes RouteStore::Find(std::string_view destination, const Condition& condition) const {
     Routes found;
     if (!HasLock())
         return found;
@@ -80,23 +88,23 @@ Routes RouteStore::Find(const std::string& destination, const Condition& conditi
     return found;
 }
 
-Routes RouteStore::FindRoutes(const std::string& destination) const {
+Routes RouteStore::FindRoutes(std::string_view destination) const {
     return Find(destination, [](const StaticRoute&) { return true; });
 }
 
-Routes RouteStore::FindRoutes(const std::string& destination, const std::string& netmask) const {
+Routes RouteStore::FindRoutes(std::string_view destination, std::string_view netmask) const {
     return Find(destination, [&](const StaticRoute& route) { return route.netmask == netmask; });
 }
 
-Routes RouteStore::FindRoutes(const std::string& destination, const std::string& netmask,
-                              const std::string& gateway) const {
+Routes RouteStore::FindRoutes(std::string_view destination, std::string_view netmask,
+                              std::string_view gateway) const {
     return Find(destination, [&](const StaticRoute& route) {
         return route.netmask == netmask && route.gateway == gateway;
     });
 }
 
-Routes RouteStore::FindRoutes(const std::string& destination, const std::string& netmask,
-                              const std::string& gateway, const std::string& table) const {
+Routes RouteStore::FindRoutes(std::string_view destination, std::string_view netmask,
+                              std::string_view gateway, std::string_view table) const {
     return Find(destination, [&](const StaticRoute& route) {
         return route.netmask == netmask && (gateway.empty() || route.gateway == gateway) &&
                route.table == table;
@@ -110,48 +118,47 @@ bool RouteStore::AddRoute(const std::string& destination, const std::string& net
         !arguments::IsNumber(distance) || !arguments::IsNumber(weight) ||
         (!table.empty() && !arguments::IsNumber(table)))
         return false;
-    const std::string route = "ip route " + (table.empty() ? "" : "table " + table + " ") +
-                              PrefixOf(destination, std::to_string(MaskToPrefixLength(netmask))) + " " +
-                              gateway + " " + distance + " " + weight;
+    const std::string length = std::to_string(MaskToPrefixLength(netmask));
+    const std::string route = RouteLine(destination, length, gateway, table) + " " + distance + " " + weight;
     if (!Send(ConfigureLine("zebra", {route})))
         return false;
     Load();
     return true;
 }
 
-bool RouteStore::DeleteRoute(const std::string& destination, const StaticRoute& route) {
+bool RouteStore::DeleteRoute(std::string_view destination, const StaticRoute& route) {
     return SendDelete(destination, route, "");
 }
 
-bool RouteStore::DeleteTableRoute(const std::string& destination, const StaticRoute& route,
-                                  const std::string& table) {
+bool RouteStore::DeleteTableRoute(std::string_view destination, const StaticRoute& route,
+                                  std::string_view table) {
     lock_tool::FileLock lock(path_list::settings_lock);
     return LockSettings(lock) && SendDelete(destination, route, table);
 }
 
-bool RouteStore::Delete(const std::string& destination, const Routes& found, const std::string* table) {
+bool RouteStore::Delete(std::string_view destination, const Routes& found, const std::string_view* table) {
     for (const auto& [key, route] : found) {
         if (!(table ? DeleteTableRoute(destination, route, *table) : DeleteRoute(destination, route)))
-            shell_log_error("failed to delete route for %s", destination.c_str());
+            shell_log_error("failed to delete route for %s", std::string(destination).c_str());
     }
     return HasLock() && routes_.contains(destination);
 }
 
-bool RouteStore::DeleteRoutes(const std::string& destination) {
+bool RouteStore::DeleteRoutes(std::string_view destination) {
     return Delete(destination, FindRoutes(destination), nullptr);
 }
 
-bool RouteStore::DeleteRoutes(const std::string& destination, const std::string& netmask) {
+bool RouteStore::DeleteRoutes(std::string_view destination, std::string_view netmask) {
     return Delete(destination, FindRoutes(destination, netmask), nullptr);
 }
 
-bool RouteStore::DeleteRoutes(const std::string& destination, const std::string& netmask,
-                              const std::string& gateway) {
+bool RouteStore::DeleteRoutes(std::string_view destination, std::string_view netmask,
+                              std::string_view gateway) {
     return Delete(destination, FindRoutes(destination, netmask, gateway), nullptr);
 }
 
-bool RouteStore::DeleteRoutes(const std::string& destination, const std::string& netmask,
-                              const std::string& gateway, const std::string& table) {
+bool RouteStore::DeleteRoutes(std::string_view destination, std::string_view netmask,
+                              std::string_view gateway, std::string_view table) {
     return Delete(destination, FindRoutes(destination, netmask, gateway, table), &table);
 }
 

@@ -3,7 +3,10 @@
 #include "commands/routing/static_route.h"
 
 #include <functional>
+#include <list>
+#include <memory_resource>
 #include <string>
+#include <string_view>
 
 namespace routing {
 
@@ -22,20 +25,20 @@ public:
     RouteStore& operator=(const RouteStore&) = delete;
 
     // Reads the daemon's configuration. An answer that is empty or failed leaves the routes as they were.
+    // Routes that were found before stay good.
     void Load();
 
     // Without the lock every find and delete finds nothing.
     bool HasLock() const { return lock_ >= 0; }
     const Routes& All() const { return routes_; }
 
-    // Copies of the routes that have all these fields.
-    Routes FindRoutes(const std::string& destination) const;
-    Routes FindRoutes(const std::string& destination, const std::string& netmask) const;
-    Routes FindRoutes(const std::string& destination, const std::string& netmask,
-                      const std::string& gateway) const;
+    // The routes that have all these fields.
+    Routes FindRoutes(std::string_view destination) const;
+    Routes FindRoutes(std::string_view destination, std::string_view netmask) const;
+    Routes FindRoutes(std::string_view destination, std::string_view netmask, std::string_view gateway) const;
     // Here an empty gateway matches every gateway.
-    Routes FindRoutes(const std::string& destination, const std::string& netmask, const std::string& gateway,
-                      const std::string& table) const;
+    Routes FindRoutes(std::string_view destination, std::string_view netmask, std::string_view gateway,
+                      std::string_view table) const;
 
     // Sends the route, and loads when the daemon took it. An empty table is the main one.
     [[nodiscard]] bool AddRoute(const std::string& destination, const std::string& netmask,
@@ -43,26 +46,28 @@ public:
                                 const std::string& weight, const std::string& table);
 
     // Take a route out of the main table, or of a table by number. The mirror stays as it was.
-    [[nodiscard]] bool DeleteRoute(const std::string& destination, const StaticRoute& route);
-    [[nodiscard]] bool DeleteTableRoute(const std::string& destination, const StaticRoute& route,
-                                        const std::string& table);
+    [[nodiscard]] bool DeleteRoute(std::string_view destination, const StaticRoute& route);
+    [[nodiscard]] bool DeleteTableRoute(std::string_view destination, const StaticRoute& route,
+                                        std::string_view table);
 
     // Delete what the find of the same arguments finds. False when there is no route to the destination at
     // all. A route that the daemon keeps is told in the log and doesn't stop the others.
-    [[nodiscard]] bool DeleteRoutes(const std::string& destination);
-    [[nodiscard]] bool DeleteRoutes(const std::string& destination, const std::string& netmask);
-    [[nodiscard]] bool DeleteRoutes(const std::string& destination, const std::string& netmask,
-                                    const std::string& gateway);
-    [[nodiscard]] bool DeleteRoutes(const std::string& destination, const std::string& netmask,
-                                    const std::string& gateway, const std::string& table);
+    [[nodiscard]] bool DeleteRoutes(std::string_view destination);
+    [[nodiscard]] bool DeleteRoutes(std::string_view destination, std::string_view netmask);
+    [[nodiscard]] bool DeleteRoutes(std::string_view destination, std::string_view netmask,
+                                    std::string_view gateway);
+    [[nodiscard]] bool DeleteRoutes(std::string_view destination, std::string_view netmask,
+                                    std::string_view gateway, std::string_view table);
 
 private:
     using Condition = std::function<bool(const StaticRoute&)>;
-    Routes Find(const std::string& destination, const Condition& condition) const;
-    bool Delete(const std::string& destination, const Routes& found, const std::string* table);
+    Routes Find(std::string_view destination, const Condition& condition) const;
+    bool Delete(std::string_view destination, const Routes& found, const std::string_view* table);
 
     int lock_;
-    Routes routes_;
+    std::list<std::string> configurations_; // each that was read, for the routes that were found in it
+    std::pmr::monotonic_buffer_resource memory_;
+    Routes routes_{&memory_};
 };
 
 } // namespace routing

@@ -5,6 +5,7 @@
 
 #include <future>
 #include <gmock/gmock.h>
+#include <sstream>
 
 namespace routing {
 namespace {
@@ -20,8 +21,10 @@ const LogLine kLockWarning{4, "config is locked by another process, please try a
 
 // All fields of a route, to compare at a glance.
 std::string Text(const StaticRoute& route) {
-    return route.table + ": " + route.destination + "/" + route.prefix_length + " = " + route.netmask +
-           " via " + route.gateway + " [" + route.distance + "," + route.weight + "]";
+    std::ostringstream text;
+    text << route.table << ": " << route.destination << "/" << route.prefix_length << " = " << route.netmask
+         << " via " << route.gateway << " [" << route.distance << "," << route.weight << "]";
+    return text.str();
 }
 
 std::vector<std::string> Texts(const Routes& routes) {
