@@ -45,12 +45,13 @@ public:
         }
     }
 
-    // "" when the text is no length.
+    // The length is read as strtoul(3) reads it: up to the first letter that is no digit, 0 when that is the
+    // first one. "" when there is no such mask.
     Text Find(Text length) const {
-        std::size_t number = masks_.size();
+        std::size_t number = 0;
         const auto [end, error] = std::from_chars(length.data(), length.data() + length.size(), number);
-        const bool is_number = error == std::errc() && end == length.data() + length.size();
-        return is_number && number < masks_.size() ? Text(masks_[number]) : "";
+        const bool fits = error != std::errc::result_out_of_range && !length.starts_with('-');
+        return fits && number < masks_.size() ? Text(masks_[number]) : "";
     }
 
 private:
@@ -87,7 +88,8 @@ bool TakeRoute(Text line, StaticRoute& route) {
     route.gateway = words.Next();
     route.distance = words.Next();
     route.weight = words.Next();
-    return !route.netmask.empty() && prefix.Next().empty() && !route.gateway.empty();
+    return !route.prefix_length.empty() && prefix.Next().empty() && !route.netmask.empty() &&
+           !route.gateway.empty();
 }
 
 // Half a byte for each letter: two addresses, which have 15 at most, compare like their texts. Other texts

@@ -45,6 +45,7 @@ TEST_F(RouteStoreTest, ParsesWhatTheDaemonShows) {
                     "ip  route 10.0.0.0/8   1.1.1.2 30\r\n"
                     " ip route 0.0.0.0/0 1.1.1.3\n"
                     "ip route 255.255.255.255/32 1.1.1.4\n"
+                    "ip route 9.0.0.0/ip 1.1.1.5\n"
                     // none of these is a route
                     "ip route 10.0.0.0 1.1.1.1\nip route 10.0.0.0/33 1.1.1.1\nip route 10.0.0.0/-1 1.1.1.1\n"
                     "ip route 10.0.0.0/8/8 1.1.1.1\nip route / 1.1.1.1\nip route 10.0.0.0/8\nip route table\n"
@@ -56,7 +57,8 @@ TEST_F(RouteStoreTest, ParsesWhatTheDaemonShows) {
                                                 "5: 10.0.0.0/8 = 255.0.0.0 via 1.1.1.1 [20,2]",
                                                 "254: 10.0.0.0/8 = 255.0.0.0 via 1.1.1.2 [30,]",
                                                 "254: 255.255.255.255/32 = 255.255.255.255 via 1.1.1.4 [,]",
-                                                "254: 9.0.0.0/8 = 255.0.0.0 via 1.1.1.9 [,]"));
+                                                "254: 9.0.0.0/8 = 255.0.0.0 via 1.1.1.9 [,]",
+                                                "254: 9.0.0.0/ip = 0.0.0.0 via 1.1.1.5 [,]"));
     EXPECT_EQ(store.FindRoutes("10.0.0.0").size(), 2U);
     EXPECT_EQ(store.FindRoutes("10.0.0.0", "255.0.0.0").size(), 2U);
     EXPECT_EQ(store.FindRoutes("10.0.0.0", "255.255.0.0").size(), 0U);
