@@ -61,12 +61,12 @@ bool Remove(const Removal& removal) {
 }
 
 bool RemoveOne(const Removal& removal) {
+    const Lines lines = FormatRoutes(removal.found, removal.table);
     if (removal.table != kMainTable && !CanDeleteRouteOfTable(removal.table)) {
         shell_print_error(gettext("Unable to delete this route, because it is the only route in the table "
                                   "referenced by at least one policy rule"));
         return Fail("Failed to delete route");
     }
-    const Lines lines = FormatRoutes(removal.found, removal.table);
     if (!Remove(removal))
         return false;
     std::string log = gettext("The following route was deleted: ");
