@@ -117,7 +117,8 @@ bool DgdConfig::Change(const std::vector<std::string>& parts) {
         if (!routing::LockSettings(lock) || !routing::Send(line + " -c \"end\" -c \"write file\""))
             return false;
     }
-    return Load(); // takes the lock itself
+    (void)Load(); // takes the lock itself; the change stands without it
+    return true;
 }
 
 bool DgdConfig::Set(const std::string& setting) {
