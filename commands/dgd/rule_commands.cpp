@@ -144,7 +144,8 @@ bool ClearRule(const std::string& rule) {
 }
 
 bool ShowRule(const std::string& name) {
-    return RunCommand({.log = "command: inet show dgd rule " + name, .run = [&](DgdConfig& config) {
+    return RunCommand({.log = "command: inet show dgd rule " + (name.empty() ? "all" : name),
+                       .run = [&](DgdConfig& config) {
                            shell_print_info("%s", config.ShowRules(name).c_str());
                            return Outcome::kDone;
                        }});
