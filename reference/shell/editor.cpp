@@ -127,9 +127,10 @@ Editor::Editor(const TreeNode& root)
     el_set(line, EL_EDITOR, "emacs");
     el_set(line, EL_SIGNAL, 1);
     el_set(line, EL_HIST, history, history_.get());
-    el_set(line, EL_ADDFN, "shell-complete", "Complete the word", OnTab);
-    el_set(line, EL_ADDFN, "shell-offers", "Show what may follow", OnQuestionMark);
-    el_set(line, EL_ADDFN, "shell-abandon", "Abandon the line", OnInterrupt);
+    // The wide form keeps the literals as they are; the other one leaks copies of them.
+    el_wset(line, EL_ADDFN, L"shell-complete", L"Complete the word", OnTab);
+    el_wset(line, EL_ADDFN, L"shell-offers", L"Show what may follow", OnQuestionMark);
+    el_wset(line, EL_ADDFN, L"shell-abandon", L"Abandon the line", OnInterrupt);
     el_set(line, EL_BIND, "^I", "shell-complete", nullptr);
     el_set(line, EL_BIND, "?", "shell-offers", nullptr);
     el_set(line, EL_BIND, "^C", "shell-abandon", nullptr);
