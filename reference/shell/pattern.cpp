@@ -69,7 +69,7 @@ public:
 private:
     Forms Optional(std::string_view text) {
         Forms forms = Alternatives(text);
-        forms.insert(forms.begin(), Form());
+        forms.emplace_back();
         return forms;
     }
 

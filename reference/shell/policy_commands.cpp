@@ -82,6 +82,7 @@ constexpr Command kCommands[] = {
     {"inet policy active", "chooses the active policy"},
     {"inet policy active default", "activates none of ours", kCall<&PolicyActivateDefault>},
     {"inet policy active <policy>", "activates the policy", kCall<&PolicyActivate>},
+    {"inet show policy", "policies and their rules"},
     {"inet show policy rule", "policies and their rules"},
     {"inet show policy rule active", "names the active policy", kCall<&ShowActivePolicy>, kShows},
     {"inet show policy rule all", "shows the rules of all policies", kCall<&ShowAllPolicyRules>, kShows},

@@ -1,6 +1,7 @@
 #include "reference/shell/tree.h"
 
 #include "reference/shell/change_lock.h"
+#include "reference/shell/keywords.h"
 #include "reference/shell/pattern.h"
 #include "reference/shell/slots.h"
 
@@ -35,6 +36,7 @@ struct Branch {
     const Command* end = nullptr;
     Form form; // of the command that ends here
     const char* heading = nullptr;
+    bool is_within = false; // a word behind a value, or one of a choice
     std::vector<const Command*> through;
 
     Branch& Below(const Token& next) {
@@ -49,8 +51,11 @@ struct Branch {
 
 void Plant(Branch& root, const Command& command, const Form& form) {
     Branch* branch = &root;
+    bool is_behind_value = false;
     for (const Token& token : form) {
         branch = &branch->Below(token);
+        branch->is_within = is_behind_value || token.place >= 0;
+        is_behind_value = is_behind_value || token.is_value;
         if (std::find(branch->through.begin(), branch->through.end(), &command) == branch->through.end())
             branch->through.push_back(&command);
     }
@@ -96,9 +101,14 @@ TreeNode::Action MakeAction(const Command& command, const Form& form) {
     };
 }
 
+// A heading goes first. A word within a line says what follows it, or which choice it is; any other is a part
+// of one command, or ends it.
 const char* WordHelp(const Branch& branch) {
     if (branch.heading != nullptr)
         return branch.heading;
+    const char* const keyword = branch.is_within ? KeywordHelp(branch.token.text) : "";
+    if (*keyword != '\0')
+        return keyword;
     if (branch.end != nullptr)
         return branch.end->help;
     return branch.through.size() == 1 ? branch.through[0]->help : "";
