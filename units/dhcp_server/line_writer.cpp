@@ -5,8 +5,31 @@
 
 #include <cerrno>
 #include <cstring>
+#include <string_view>
 
 namespace settings::dhcp_server {
+namespace {
+
+// Whether the daemon reads the text as a part of one statement (dhcpd.conf(5)): it ends none, begins no block
+// and no comment, and leaves no quoted text open.
+bool StaysOneValue(std::string_view text) {
+    constexpr std::string_view kMarks = ";{}#";
+    bool is_quoted = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char letter = text[i];
+        if (static_cast<unsigned char>(letter) < ' ')
+            return false;
+        if (letter == '"')
+            is_quoted = !is_quoted;
+        else if (is_quoted && letter == '\\')
+            ++i;
+        else if (!is_quoted && kMarks.find(letter) != std::string_view::npos)
+            return false;
+    }
+    return !is_quoted;
+}
+
+} // namespace
 
 bool ReportWriteFailure(TreeWriter& writer) {
     if (writer.write_failed)
@@ -28,7 +51,16 @@ bool WriteLine(TreeWriter& writer, const std::string& text) {
     return std::ferror(writer.out) == 0 || ReportWriteFailure(writer);
 }
 
+bool CheckValue(const TreeWriter& writer, const std::string& key, const std::string& value) {
+    if (!writer.daemon_form || StaysOneValue(value))
+        return true;
+    shell_print_error("DHCP server: %s: the value would be more than a value to the daemon", key.c_str());
+    return false;
+}
+
 bool WriteSetting(TreeWriter& writer, const std::string& key, const std::string& value) {
+    if (!CheckValue(writer, key, value))
+        return false;
     if (writer.out == nullptr)
         return true;
     return WriteLine(writer, writer.daemon_form ? key + " " + value + ";" : key + " = " + value);

@@ -110,6 +110,9 @@ bool WriteDaemonHost(TreeWriter& writer, const Area& parent, const Area& host, N
     const Node hardware = ChildNamed(node, "hardware");
     const std::string address = ChildNamed(node, "address").GetText();
     bool passed = CheckAddressScope(parent, writer.file, host.Name().c_str(), address);
+    // The block of a name that can't be is left out whole.
+    if (!CheckValue(writer, "host", host.Name()))
+        return false;
     passed = WriteLine(writer, "host " + host.Name() + " {") && passed;
     ++writer.depth;
     passed =

@@ -115,6 +115,15 @@ TEST_F(DhcpServerUnitTest, CheckReportsEveryFault) {
                       "/: relay interface does not correspond to any listen interface\n"
                       ":: incorrect address format of subnet address: \n"
                       ":: incorrect address format of subnet netmask: \n"},
+        // Texts that would be statements of their own.
+        {Subnet1(
+             "<option name='domain-name'>a\"; deny unknown-clients; #</option><option num='200' type='ascii'>"
+             "\\</option><option name='log-servers'>10.0.0.1\n}</option>" +
+             Host("pc {", "192.168.1.9") + "<option name='root-path'>\"/a;{#\\\"b\"</option>"),
+         "option domain-name: the value would be more than a value to the daemon\n"
+         "option opt-200: the value would be more than a value to the daemon\n"
+         "option log-servers: the value would be more than a value to the daemon\n"
+         "host: the value would be more than a value to the daemon\n"},
         // Elements where none belong, which lead nowhere.
         {Subnet1(Subnet1("") + Host("pc", "192.168.1.9", Host("pc", "192.168.1.9"))),
          "eth1: corrupted settings file\neth1: corrupted settings file\npc: corrupted settings file\n"},
