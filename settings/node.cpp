@@ -100,7 +100,7 @@ bool Node::SetText(const char* format, ...) {
     va_start(arguments, format);
     FormatText(text, format, arguments);
     va_end(arguments);
-    if (node_ == nullptr || !IsXmlText(text))
+    if (node_ == nullptr || !IsXmlContent(text))
         return false;
     xmlNodeSetContent(node_, ToXml(text));
     return true;
@@ -118,7 +118,7 @@ Node Node::AddChild(const char* name, const char* format, ...) {
     va_start(arguments, format);
     FormatText(text, format, arguments);
     va_end(arguments);
-    if (node_ == nullptr || IsAttribute() || !IsXmlText(text))
+    if (node_ == nullptr || IsAttribute() || !IsXmlContent(text))
         return {};
     return Node(xmlNewChild(node_, nullptr, ToXml(name), ToXml(text)));
 }

@@ -36,7 +36,7 @@ public:
     std::string GetText() const;
 
     // Texts go into the document unescaped, with libxml2's meaning of "&". A text that XML can't hold (no
-    // UTF-8, or a control character) is refused with an error.
+    // UTF-8, a control character, a "&" that begins no reference) is refused with an error.
     [[nodiscard, gnu::format(printf, 2, 3)]] bool SetText(const char* format, ...);
     // The new child, a null node on failure and on an attribute node; the short form adds no text.
     [[gnu::format(printf, 3, 4)]] Node AddChild(const char* name, const char* format, ...);

@@ -2,10 +2,12 @@
 
 #include "platform/console.h"
 
-#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
-#include <libxml/xmlstring.h>
+#include <libxml/entities.h>
+#include <libxml/parserInternals.h>
+#include <string>
 
 namespace settings {
 namespace {
@@ -23,8 +25,32 @@ std::size_t WholeCharacters(const char* text, std::size_t length) {
     return length;
 }
 
-bool IsForbidden(unsigned char byte) {
-    return byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r';
+// The length of the XML character that the text begins with, 0 for anything else.
+std::size_t CharacterLength(const char* text) {
+    int length = 4;
+    const int letter = xmlGetUTF8Char(reinterpret_cast<const unsigned char*>(text), &length);
+    if (letter < 0 || !xmlIsCharQ(static_cast<unsigned>(letter)))
+        return 0;
+    // A character has one form of its own; the others, longer ones, are read as well but are no UTF-8.
+    xmlChar form[5] = {};
+    const auto size = static_cast<std::size_t>(xmlCopyCharMultiByte(form, letter));
+    return std::memcmp(form, text, size) == 0 ? size : 0;
+}
+
+// Whether the text behind a "&" is the rest of a reference that XML knows without a document type.
+bool IsReference(const char* text) {
+    const char* end = std::strchr(text, ';');
+    if (end == nullptr)
+        return false;
+    const std::string name(text, end);
+    if (!name.starts_with('#'))
+        return xmlGetPredefinedEntity(reinterpret_cast<const xmlChar*>(name.c_str())) != nullptr;
+    const bool hex = name.starts_with("#x");
+    const std::string digits = name.substr(hex ? 2 : 1);
+    if (digits.find_first_not_of(hex ? "0123456789abcdefABCDEF" : "0123456789") != std::string::npos)
+        return false;
+    const unsigned long number = std::strtoul(digits.c_str(), nullptr, hex ? 16 : 10);
+    return number <= 0x10ffff && xmlIsCharQ(static_cast<unsigned>(number));
 }
 
 } // namespace
@@ -37,11 +63,25 @@ void FormatText(char (&buffer)[kTextSize], const char* format, va_list arguments
 }
 
 bool IsXmlText(const char* text) {
-    const auto* bytes = reinterpret_cast<const unsigned char*>(text);
-    if (xmlCheckUTF8(bytes) == 1 && std::none_of(bytes, bytes + std::strlen(text), IsForbidden))
-        return true;
-    shell_print_error("settings: the text holds characters that a settings file cannot hold");
-    return false;
+    while (*text != '\0') {
+        const std::size_t length = CharacterLength(text);
+        if (length == 0) {
+            shell_print_error("settings: the text holds characters that a settings file cannot hold");
+            return false;
+        }
+        text += length;
+    }
+    return true;
+}
+
+bool IsXmlContent(const char* text) {
+    for (const char* sign = std::strchr(text, '&'); sign != nullptr; sign = std::strchr(sign + 1, '&')) {
+        if (!IsReference(sign + 1)) {
+            shell_print_error("settings: a \"&\" in the text of a setting is written \"&amp;\"");
+            return false;
+        }
+    }
+    return IsXmlText(text);
 }
 
 } // namespace settings

@@ -16,4 +16,8 @@ constexpr std::size_t kTextSize = 8192;
 // Whether XML can hold the text. Reports an error otherwise.
 [[nodiscard]] bool IsXmlText(const char* text);
 
+// Whether an element can hold the text, in which "&" begins a reference. libxml2 would drop the text behind
+// any other "&", or write a file that can't be read again. Reports an error otherwise.
+[[nodiscard]] bool IsXmlContent(const char* text);
+
 } // namespace settings

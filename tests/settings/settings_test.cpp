@@ -107,11 +107,16 @@ TEST_F(SettingsTest, TextsThatXmlCannotHoldAreRefused) {
     const std::string long_text = std::string(8190, 'a') + "\xc3\xa9";
     ASSERT_TRUE(root.SetText("%s", long_text.c_str())); // cut before the character that does not fit
     EXPECT_EQ(root.GetText(), std::string(8190, 'a'));
-    for (const char* bad : {"\xff", "a\x01z", "cut \xc3"}) {
-        const auto output = Capture([&] { EXPECT_FALSE(root.SetText("%s", bad)); });
-        EXPECT_EQ(output.err, "settings: the text holds characters that a settings file cannot hold\n");
+    for (const std::string bad : {"\xff", "a\x01z", "cut \xc3", "\xef\xbf\xbf", "\xc0\x80", "\xbf\x80",
+                                  "a & b", "&foo;", "&#1;", "&#x;"}) {
+        const auto output = Capture([&] { EXPECT_FALSE(root.SetText("%s", bad.c_str())) << bad; });
+        EXPECT_EQ(output.err, bad.find('&') == std::string::npos
+                                  ? "settings: the text holds characters that a settings file cannot hold\n"
+                                  : "settings: a \"&\" in the text of a setting is written \"&amp;\"\n");
     }
     EXPECT_EQ(root.GetText(), std::string(8190, 'a'));
+    ASSERT_TRUE(root.SetText("&#65;&#x42;&lt;<\xf0\x9f\x98\x80"));
+    EXPECT_EQ(root.GetText(), "AB<<\xf0\x9f\x98\x80");
 }
 
 TEST_F(SettingsTest, LoadAndSaveReportWhatFails) {
