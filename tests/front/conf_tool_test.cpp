@@ -65,6 +65,9 @@ TEST_F(ConfToolTest, ExitStatusTellsWhetherEveryOptionSucceeded) {
         {{"-a", "dhcp-server?x=%"}, 1, "unit://dhcp-server?x=%: failed to parse unit URI\n"},
         {{"-a", "dhcp-server?x%%41"}, 1, "DHCP server: wrong query format\n"},
         {{"-a", "dhcp-server?"}, 1, "DHCP server: empty query\n"},
+        {{"-a", "all?x"}, // every unit in its order, also behind one that failed
+         1,
+         "DHCP relay: wrong query format\nDHCP server: wrong query format\nSNMP: wrong query format\n"},
     };
     for (const auto& row : cases) {
         const support::Result result = ConfTool(row.arguments);
