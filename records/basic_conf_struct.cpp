@@ -6,6 +6,8 @@
 #include "platform/log.h"
 #include "platform/path_list.h"
 
+#include <algorithm>
+#include <boost/algorithm/string/join.hpp>
 #include <cerrno>
 #include <cstring>
 #include <exception>
@@ -150,13 +152,7 @@ void BasicConfStruct::WriteLines(std::ostream& output) const {
 }
 
 std::string BasicConfStruct::Join(const std::set<std::string>& texts, char separator) const {
-    std::string result;
-    for (const std::string& text : texts) {
-        if (!result.empty())
-            result += separator;
-        result += text;
-    }
-    return result;
+    return boost::algorithm::join(texts, std::string(1, separator));
 }
 
 bool BasicConfStruct::WriteFile(bool secret) const {
