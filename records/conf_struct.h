@@ -51,7 +51,6 @@ private:
 
     bool ParseInterfaceKey(const std::string& key, const std::string& value, const Words& tokens);
     bool ParseVlanComment(const std::string& line, const std::string& key);
-    void ReadAll();
     void WriteAll(std::ostream& output) const override;
 
     bool whole = false;
