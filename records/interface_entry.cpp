@@ -124,12 +124,11 @@ std::string GetSpeed(const InterfaceEntry& entry) {
     return entry.duplex.empty() ? entry.speed : entry.speed + " " + entry.duplex;
 }
 
-// A trunk or slave interface has no main address of its own.
+// A trunk or slave interface has no addresses. An alias alone would be read back as the main address.
 std::string GetAddresses(const InterfaceEntry& entry) {
-    InterfaceEntry shown = entry;
-    if (entry.interface_class == "trunk" || entry.interface_class == "slave")
-        shown.address.clear();
-    return GetList<&InterfaceEntry::address, &InterfaceEntry::alias_addresses>(shown);
+    if (entry.interface_class == kTrunkClass || entry.interface_class == kSlaveClass)
+        return "";
+    return GetList<&InterfaceEntry::address, &InterfaceEntry::alias_addresses>(entry);
 }
 
 std::string GetClass(const InterfaceEntry& entry) {

@@ -11,7 +11,7 @@ struct InterfaceEntry {
     bool up = false;
     std::string vlan;   // VLAN ID of a VLAN child, "" otherwise
     std::string parent; // interface that carries the VLAN child
-    // Dotted quads, or "dhcp" in all three. On a slave or trunk interface the address is not written.
+    // Dotted quads, or "dhcp" in all three. On a slave or trunk interface no address is written.
     std::string address;
     std::string netmask;
     std::string broadcast;
