@@ -18,7 +18,6 @@ using support::LogLine;
 using support::Output;
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 const std::string kRoute1 = "10.0.0.0         255.0.0.0        1.1.1.1          10       1  \n";
 const std::string kRoute2 = "10.0.0.0         255.0.0.0        1.1.1.2          10       1  \n";
@@ -27,10 +26,6 @@ class RouteCommandsTest : public RoutingAppliance {
 protected:
     static std::string Listing(const std::string& table, const std::string& lines) {
         return "Table " + table + "\n" + kListHead + lines;
-    }
-
-    static Output Do(bool expected, const std::function<bool()>& action, const std::string& answers = "") {
-        return Capture([&] { EXPECT_EQ(action(), expected); }, answers);
     }
 
     static Output Add(bool expected, const std::string& netmask, const std::string& distance = "",

@@ -3,6 +3,7 @@
 #include "platform/guards.h"
 #include "tests/support/appliance.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,12 @@ protected:
         EXPECT_EQ(result.status, 0) << result.err;
         WriteRecord("common.conf", "");
         WriteRecord("local.conf", "");
+    }
+
+    // Runs a command that succeeds or not, with these answers to its questions.
+    static support::Output Do(bool expected, const std::function<bool()>& command,
+                              const std::string& answers = "") {
+        return support::Capture([&] { EXPECT_EQ(command(), expected); }, answers);
     }
 
     static void WriteRecord(const std::string& name, const std::string& text) {
