@@ -1,9 +1,11 @@
-#include "platform/guards.h"
+#include "platform/network.h"
 #include "platform/path_list.h"
 #include "records/address_checks.h"
+#include "records/network_crossing.h"
 #include "tests/support/appliance.h"
 
-#include <array>
+#include <sstream>
+#include <tuple>
 
 namespace corvanshell {
 namespace {
@@ -15,27 +17,41 @@ constexpr const char* kLocal = "/mnt/main/etc/local.conf";
 
 class AddressChecksTest : public support::Appliance {
 protected:
-    // A record of interfaces "<name> <up> <address> <mask> <broadcast>", read back from its file.
-    static CConfStruct Record(const std::vector<std::array<std::string, 5>>& interfaces) {
+    // "<address>/<prefix length>" with its broadcast; a text without a "/" stands in all three places.
+    static Network Net(const std::string& text) {
+        const std::size_t sign = text.find('/');
+        if (sign == std::string::npos)
+            return {text, text, text};
+        const std::string address = text.substr(0, sign);
+        const std::string netmask = cidr_to_subnetmask(text.substr(sign + 1));
+        return {address, netmask, getbrcast(address, netmask)};
+    }
+
+    // Of interfaces "<name> up|down [<network> [<alias>...]]".
+    static CConfStruct Record(const std::vector<std::string>& rows) {
         CConfStruct record("/mnt/none", false);
-        for (const auto& [name, up, address, netmask, broadcast] : interfaces) {
-            InterfaceEntry entry = MakeInterfaceEntry();
-            entry.up = up == "up";
-            entry.address = address;
-            entry.netmask = netmask;
-            entry.broadcast = broadcast;
+        for (const std::string& row : rows) {
+            std::istringstream words(row);
+            std::string name, state, text;
+            words >> name >> state >> text;
+            InterfaceEntry entry;
+            const Network main = Net(text);
+            std::tie(entry.up, entry.address, entry.netmask, entry.broadcast) =
+                std::make_tuple(state == "up", main.address, main.netmask, main.broadcast);
+            while (words >> text) {
+                entry.alias_addresses.push_back(Net(text).address);
+                entry.alias_netmasks.push_back(Net(text).netmask);
+                entry.alias_broadcasts.push_back(Net(text).broadcast);
+            }
             record.AddInterface(name, entry, true);
         }
         return record;
     }
 
-    static void AddAlias(CConfStruct& record, const std::string& name, const char* address,
-                         const char* netmask, const char* broadcast) {
-        InterfaceEntry entry = record.Interfaces().at(name);
-        entry.alias_addresses.emplace_back(address);
-        entry.alias_netmasks.emplace_back(netmask);
-        entry.alias_broadcasts.emplace_back(broadcast);
-        record.AddInterface(name, entry, true);
+    static Crossing Check(decltype(CheckAddressCrossing) check, const CConfStruct& record, const char* name,
+                          const char* network) {
+        const Network proposed = Net(network);
+        return check(record, name, proposed.address, proposed.broadcast, proposed.netmask, true);
     }
 
     static std::string UpInterfaces(const CConfStruct& record) {
@@ -48,38 +64,22 @@ protected:
 
 TEST_F(AddressChecksTest, NetworksCrossWhenTheNarrowerLiesInTheWider) {
     const struct {
-        std::array<const char*, 3> proposed; // address, netmask, broadcast
-        std::array<const char*, 3> other;
+        const char* proposed;
+        const char* other;
         Crossing crossing;
     } cases[] = {
-        {{"10.0.0.1", "255.0.0.0", "10.255.255.255"}, {"10.1.0.1", "255.255.0.0", "10.1.255.255"}, kCrossing},
-        {{"10.1.0.1", "255.255.0.0", "10.1.255.255"}, {"10.0.0.1", "255.0.0.0", "10.255.255.255"}, kCrossing},
-        {{"10.0.0.1", "255.255.255.0", "10.0.0.255"},
-         {"10.0.1.1", "255.255.255.0", "10.0.1.255"},
-         kNoCrossing},
-        {{"10.0.0.1", "255.255.255.0", "10.0.0.255"},
-         {"10.0.0.9", "255.255.255.128", "10.0.0.255"},
-         kCrossing},
-        {{"10.0.0.1", "255.255.255.0", "10.0.0.255"},
-         {"10.0.1.0", "255.255.255.128", "10.0.1.127"},
-         kNoCrossing},
-        {{"10.0.0.1", "255.255.255.0", "10.0.0.255"},
-         {"10.0.0.0", "255.255.255.128", "10.0.0.127"},
-         kCrossing},
-        {{"200.0.0.1", "255.255.255.0", "200.0.0.255"},
-         {"128.0.0.1", "128.0.0.0", "255.255.255.255"},
-         kCrossing},
-        {{"10.0.0.1", "255.255.255.0", "10.0.0.255"}, {"", "", ""}, kNoCrossing},
+        {"10.0.0.1/8", "eth1 up 10.1.0.1/16", kCrossing},
+        {"10.1.0.1/16", "eth1 up 10.0.0.1/8", kCrossing},
+        {"10.0.0.1/24", "eth1 up 10.0.1.1/24", kNoCrossing},
+        {"10.0.0.1/24", "eth1 up 10.0.0.9/24", kCrossing},
+        {"10.0.0.1/24", "eth1 up 10.0.1.0/25", kNoCrossing},
+        {"10.0.0.1/24", "eth1 up 10.0.0.0/25", kCrossing},
+        {"200.0.0.1/24", "eth1 up 128.0.0.1/1", kCrossing},
+        {"10.0.0.1/24", "eth1 up", kNoCrossing},
     };
-    for (const auto& row : cases) {
-        InterfaceEntry entry;
-        entry.address = row.other[0];
-        entry.netmask = row.other[1];
-        entry.broadcast = row.other[2];
-        EXPECT_EQ(NetworksCross("eth1", entry, row.proposed[0], row.proposed[2], row.proposed[1]),
-                  row.crossing)
-            << row.proposed[0] << " " << row.other[0];
-    }
+    for (const auto& row : cases)
+        EXPECT_EQ(Check(CheckInterfaceCrossing, Record({row.other}), "eth9", row.proposed), row.crossing)
+            << row.proposed << " " << row.other;
 }
 
 TEST_F(AddressChecksTest, DhcpInterfacesAreAskedOfTheSystem) {
@@ -92,17 +92,13 @@ TEST_F(AddressChecksTest, DhcpInterfacesAreAskedOfTheSystem) {
         const char* error;
     } cases[] = {
         {{.out = "1: eth1\n    inet 10.0.0.7/16 brd 10.0.255.255 scope global eth1\n"}, kCrossing, ""},
-        {{.out =
-              "    inet 10.9.0.7/16 brd 10.9.255.255 scope global eth1\n    inet 127.0.0.1/8 scope host\n"},
+        {{.out = "inet 10.9.0.7/16 brd 10.9.255.255 scope global eth1\ninet 127.0.0.1/8 scope host\n"},
          kNoCrossing,
          ""},
         {{.out = "inet 10.0.0.7 brd 10.0.255.255 scope\n"},
          kCrossingFailure,
          "eth1: failed to parse application output /bin/ip: cannot find address or netmask\n"},
         {{.out = "inet 10.0.0.7/16 brd  scope global\n"},
-         kCrossingFailure,
-         "eth1: failed to parse application output /bin/ip: one or more parameters are missing\n"},
-        {{.out = "inet 10.0.0.7/99 brd "},
          kCrossingFailure,
          "eth1: failed to parse application output /bin/ip: one or more parameters are missing\n"},
         {{.status = 1}, kCrossingFailure, "eth1: failed to get interface address: exit status 1\n"},
@@ -120,14 +116,9 @@ TEST_F(AddressChecksTest, DhcpInterfacesAreAskedOfTheSystem) {
 }
 
 TEST_F(AddressChecksTest, BadNetmasksTakeInterfacesDown) {
-    CConfStruct record = Record({{"eth0", "up", "10.0.0.1", "255.255.255.252", "10.0.0.3"},
-                                 {"eth1", "up", "10.1.0.1", "255.255.255.254", "10.1.0.1"},
-                                 {"eth2", "up", "dhcp", "dhcp", "dhcp"},
-                                 {"eth3", "down", "10.3.0.1", "0.0.0.0", ""},
-                                 {"eth4", "up", "10.4.0.1", "128.0.0.0", "127.255.255.255"},
-                                 {"eth5", "up", "10.5.0.1", "255.0.255.0", ""}});
-    AddAlias(record, "eth0", "10.0.1.1", "255.255.255.0", "10.0.1.255");
-    AddAlias(record, "eth0", "10.0.2.1", "255.255.255.255", "10.0.2.1");
+    CConfStruct record = Record({"eth0 up 10.0.0.1/30 10.0.1.1/24 10.0.2.1/32", "eth1 up 10.1.0.1/31",
+                                 "eth2 up dhcp", "eth3 down 10.3.0.1/0", "eth4 up 10.4.0.1/1",
+                                 "eth5 up 255.0.255.0"}); // a netmask with a hole
     const std::string rule = "netmask must be in CIDR range from 1 to 30\n";
     EXPECT_EQ(
         Capture([&] { CheckNetmasks(record); }).err,
@@ -144,71 +135,60 @@ TEST_F(AddressChecksTest, BadNetmasksTakeInterfacesDown) {
 }
 
 TEST_F(AddressChecksTest, CrossingInterfacesGoDownFromTheLastName) {
-    CConfStruct record = Record({{"eth0", "up", "10.0.0.1", "255.0.0.0", "10.255.255.255"},
-                                 {"eth1", "up", "10.1.0.1", "255.255.0.0", "10.1.255.255"},
-                                 {"eth2", "down", "10.2.0.1", "255.255.0.0", "10.2.255.255"},
-                                 {"eth3", "up", "192.168.0.1", "255.255.255.0", "192.168.0.255"}});
-    AddAlias(record, "eth3", "10.3.0.1", "255.255.255.0", "10.3.0.255");
+    CConfStruct record = Record({"eth0 up 10.0.0.1/8", "eth1 up 10.1.0.1/16", "eth2 down 10.2.0.1/16",
+                                 "eth3 up 192.168.0.1/24 10.3.0.1/24"});
     EXPECT_EQ(Capture([&] { CheckBroadcasts(record); }).err,
               "broadcast 10.3.0.255 on interface eth3 crossing with eth0\n"
               "broadcast 10.1.255.255 on interface eth1 crossing with eth0\n");
     EXPECT_EQ(UpInterfaces(record), "eth0 ");
     // An interface that is down stops a new address, and not one that is up already.
-    EXPECT_EQ(CheckInterfaceCrossing(record, "eth9", "10.2.5.1", "10.2.5.255", "255.255.255.0", true),
-              kCrossing);
+    EXPECT_EQ(Check(CheckInterfaceCrossing, record, "eth9", "10.2.5.1/24"), kCrossing);
     record.AddInterface("eth0", MakeInterfaceEntry(), true);
-    EXPECT_EQ(CheckInterfaceCrossing(record, "eth9", "10.2.5.1", "10.2.5.255", "255.255.255.0", true),
-              kNoCrossing);
-    EXPECT_EQ(CheckAddressCrossing(record, "eth9", "10.2.5.1", "10.2.5.255", "255.255.255.0", true),
-              kCrossing);
-    EXPECT_EQ(CheckAddressCrossing(record, "eth2:1", "10.2.5.1", "10.2.5.255", "255.255.255.0", true),
-              kNoCrossing);
+    EXPECT_EQ(Check(CheckInterfaceCrossing, record, "eth9", "10.2.5.1/24"), kNoCrossing);
+    EXPECT_EQ(Check(CheckAddressCrossing, record, "eth9", "10.2.5.1/24"), kCrossing);
+    EXPECT_EQ(Check(CheckAddressCrossing, record, "eth2:1", "10.2.5.1/24"), kNoCrossing);
 }
 
 TEST_F(AddressChecksTest, ClusterFileReservesItsNetworks) {
     WriteFile("/etc/failover.ini", "[channel]\ndevice = eth0:1\nactiveip = change_this\n"
                                    "[channel]\ndevice = eth1:1\nactiveip = 10.1.0.9/24\n"
                                    "[channel]\ndevice = eth2\nactiveip = 10.2.0.9\n");
-    CConfStruct record = Record({{"eth1", "down", "1.1.1.1", "255.255.255.0", "1.1.1.255"}});
+    const char* const unreadable = "eth2: failed to get address from failover.ini\n";
     const struct {
         const char* name;
-        const char* address;
-        const char* broadcast;
-        const char* netmask;
+        const char* network;
         const char* other;
         const char* error;
     } cases[] = {
-        {"eth5", "10.1.0.1", "10.1.0.255", "255.255.255.0", "eth1:1", ""},
-        {"eth5", "10.1.0.1", "10.1.255.255", "255.255.0.0", "eth1:1", ""},
-        {"eth5", "10.7.0.1", "10.7.255.255", "255.255.0.0", "eth2",
-         "eth2: failed to get address from failover.ini\n"},
-        {"eth2", "10.7.0.1", "10.7.255.255", "255.255.0.0", "", ""},
-        {"eth1:5", "10.1.0.1", "10.1.0.255", "255.255.255.0", "eth2",
-         "eth2: failed to get address from failover.ini\n"},
+        {"eth5", "10.1.0.1/24", "eth1:1", ""},         {"eth5", "10.1.0.1/16", "eth1:1", ""},
+        {"eth5", "10.7.0.1/16", "eth2", unreadable},   {"eth2", "10.7.0.1/16", "", ""},
+        {"eth1:5", "10.1.0.1/24", "eth2", unreadable},
     };
     for (const auto& row : cases) {
+        const Network proposed = Net(row.network);
         const auto output = Capture([&] {
-            EXPECT_EQ(FindFailoverCrossing(row.name, row.address, row.broadcast, row.netmask), row.other);
+            EXPECT_EQ(FindFailoverCrossing(row.name, proposed.address, proposed.broadcast, proposed.netmask),
+                      row.other);
         });
         EXPECT_EQ(output.err, row.error);
     }
-    EXPECT_EQ(Capture([&] {
-                  EXPECT_EQ(
-                      CheckAddressCrossing(record, "eth5", "10.1.0.1", "10.1.0.255", "255.255.255.0", true),
-                      kCrossing);
-              }).err,
-              "broadcast 10.1.0.255 on interface eth5 crossing with eth1:1 from failover.ini\n");
-    // Interfaces that are down don't count when one comes up.
-    EXPECT_EQ(CheckInterfaceCrossing(record, "eth5", "10.1.0.1", "10.1.0.255", "255.255.255.0", true),
-              kNoCrossing);
+    // An interface comes up beside a reserved network of one that is down; a new address does not.
+    for (const bool up : {false, true}) {
+        const CConfStruct record = Record({up ? "eth1 up 1.1.1.1/24" : "eth1 down 1.1.1.1/24"});
+        const auto output = Capture([&] {
+            EXPECT_EQ(Check(CheckInterfaceCrossing, record, "eth5", "10.1.0.1/24"),
+                      up ? kCrossing : kNoCrossing);
+            EXPECT_EQ(Check(CheckAddressCrossing, record, "eth5", "10.1.0.1/24"), kCrossing);
+        });
+        const std::string line =
+            "broadcast 10.1.0.255 on interface eth5 crossing with eth1:1 from failover.ini\n";
+        EXPECT_EQ(output.err, up ? line + line : line);
+    }
 }
 
 TEST_F(AddressChecksTest, InterfaceComesUpOnlyWithGoodNetworks) {
-    CConfStruct record = Record({{"eth0", "up", "10.0.0.1", "255.255.255.0", "10.0.0.255"},
-                                 {"eth1", "down", "10.0.0.2", "255.255.255.0", "10.0.0.255"},
-                                 {"eth2", "down", "10.2.0.1", "255.255.255.254", ""},
-                                 {"eth3", "down", "", "", ""},
-                                 {"eth4", "down", "10.4.0.1", "255.255.255.0", "10.4.0.255"}});
+    const CConfStruct record = Record({"eth0 up 10.0.0.1/24", "eth1 down 10.0.0.2/24",
+                                       "eth2 down 10.2.0.1/31", "eth3 down", "eth4 down 10.4.0.1/24"});
     EXPECT_FALSE(CheckInterfaceUp(record, "eth1") || CheckInterfaceUp(record, "eth2"));
     EXPECT_TRUE(CheckInterfaceUp(record, "eth3") && CheckInterfaceUp(record, "eth4"));
     WriteFile("/etc/failover.ini", "[channel]\ndevice = eth8\nactiveip = 10.8.0.9/24\n"

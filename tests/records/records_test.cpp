@@ -4,6 +4,7 @@
 #include "records/conf_struct.h"
 #include "tests/support/appliance.h"
 
+#include <algorithm>
 #include <chrono>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -205,47 +206,35 @@ TEST_F(RecordsTest, RestrictedServicesCannotBeSwitchedOn) {
 // Every interface of a whole record has the same writer's mark.
 bool IsWhole(const CConfStruct& record) {
     const auto& interfaces = record.Interfaces();
-    if (interfaces.size() != 50)
-        return false;
-    for (const auto& [name, entry] : interfaces) {
-        if (entry.mtu != interfaces.begin()->second.mtu)
-            return false;
-    }
-    return true;
+    return interfaces.size() == 50 &&
+           std::all_of(interfaces.begin(), interfaces.end(),
+                       [&](const auto& pair) { return pair.second.mtu == interfaces.begin()->second.mtu; });
 }
 
-bool WriteMarked(const std::string& mark) {
+bool WriteMarked(int length) {
     CConfStruct record(kLocal, true);
     InterfaceEntry entry = MakeInterfaceEntry();
-    entry.mtu = mark;
+    entry.mtu = std::string(static_cast<std::size_t>(length), 'm');
     for (int i = 0; i < 50; ++i)
         record.AddInterface("eth" + std::to_string(i), entry, true);
     return record.Write();
 }
 
-bool ReadInLoop(int /*number*/) {
-    for (int i = 0; i < 40; ++i) {
-        if (!IsWhole(CConfStruct(kLocal, true)))
-            return false;
-    }
-    return true;
-}
-
-bool WriteInLoop(int number) {
-    for (int i = 0; i < 15; ++i) {
-        if (!WriteMarked(std::string(static_cast<std::size_t>(number * 20 + i), 'm')))
+bool ReadOrWriteInLoop(int number) {
+    for (int i = 1; i < 40; ++i) {
+        if (number % 2 == 0 ? !IsWhole(CConfStruct(kLocal, true)) : i % 3 == 0 && !WriteMarked(number * i))
             return false;
     }
     return true;
 }
 
 TEST_F(RecordsTest, ReadersBesideWritersSeeWholeRecords) {
-    ASSERT_TRUE(WriteMarked("first"));
+    ASSERT_TRUE(WriteMarked(1));
     std::vector<pid_t> children;
     for (int i = 0; i < 16; ++i) {
         const pid_t child = fork();
         if (child == 0)
-            _exit((i % 2 == 0 ? ReadInLoop(i) : WriteInLoop(i)) ? 0 : 1);
+            _exit(ReadOrWriteInLoop(i) ? 0 : 1);
         children.push_back(child);
     }
     for (const pid_t child : children) {
