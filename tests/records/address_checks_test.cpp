@@ -116,13 +116,13 @@ TEST_F(AddressChecksTest, DhcpInterfacesAreAskedOfTheSystem) {
 }
 
 TEST_F(AddressChecksTest, BadNetmasksTakeInterfacesDown) {
-    CConfStruct record = Record({"eth0 up 10.0.0.1/30 10.0.1.1/24 10.0.2.1/32", "eth1 up 10.1.0.1/31",
-                                 "eth2 up dhcp", "eth3 down 10.3.0.1/0", "eth4 up 10.4.0.1/1",
-                                 "eth5 up 255.0.255.0"}); // a netmask with a hole
+    CConfStruct record =
+        Record({"eth0 up 10.0.0.1/30 10.0.1.1/24 10.0.2.1/32", "eth1 up 10.1.0.1/31", "eth2 up dhcp",
+                "eth3 down 10.3.0.1/31", "eth4 up 10.4.0.1/1", "eth5 up 10.5.0.1/0"});
     const std::string rule = "netmask must be in CIDR range from 1 to 30\n";
     EXPECT_EQ(
         Capture([&] { CheckNetmasks(record); }).err,
-        "interface eth5 has invalid netmask and going down: 255.0.255.0 please fix it before activating "
+        "interface eth5 has invalid netmask and going down: 0.0.0.0 please fix it before activating "
         "this one\n" +
             rule +
             "interface eth1 has invalid netmask and going down: 255.255.255.254 please fix it before "

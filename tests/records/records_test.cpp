@@ -1,4 +1,5 @@
 #include "platform/guards.h"
+#include "platform/locks.h"
 #include "platform/path_list.h"
 #include "records/common_conf_struct.h"
 #include "records/conf_struct.h"
@@ -6,6 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -37,6 +39,7 @@ protected:
 TEST_F(RecordsTest, NetworkRecordRoundTrip) {
     CConfStruct record = Read(R"(# a note
 FOO_UP 1
+alone
 
 HOSTNAME   gate
 GSMSIMPIN 1234
@@ -98,9 +101,10 @@ TEST_F(RecordsTest, BadUpValueEndsTheRead) {
 }
 
 TEST_F(RecordsTest, FlagsAreWordsThatStartWithOnOrOff) {
-    const CConfStruct record = Read("A online\nB OFF\nC\toffice\n# on\nD xon\nWIFI\tON extra\n");
+    const CConfStruct record =
+        Read("A online\nGSMSETDNS OFF\nGSMTRAFFIC_COUNTER\toffice\n# on\nD xon\nWIFI\tON extra\n");
     EXPECT_TRUE(record.GetFlag("A") && record.GetFlag("#") && record.GetFlag("WIFI"));
-    EXPECT_FALSE(record.GetFlag("B") || record.GetFlag("C") || record.GetFlag("D"));
+    EXPECT_FALSE(record.GetFlag("GSMSETDNS") || record.GetFlag("GSMTRAFFIC_COUNTER") || record.GetFlag("D"));
     EXPECT_TRUE(record.GetFlag("USB_MODEM_ROUTE")); // a default
 }
 
@@ -120,10 +124,10 @@ TEST_F(RecordsTest, GuardsDecideWhatIsRead) {
     ASSERT_EQ(support::RunShell("rm /mnt/main/etc/local.conf.orig").status, 0);
     EXPECT_EQ(HostName(), "zq100");
     // The other files of the set count for every record.
-    ASSERT_TRUE(CConfStruct(kLocal, true).Write());
+    WriteProtected(kCommon, "NTP on\n");
     WriteFile("/etc/failover.ini", "[channel]\n");
     WriteFile("/etc/failover.ini.crg", std::string(64, '0') + "  /etc/failover.ini\n");
-    EXPECT_EQ(CConfStruct(kLocal, true).Interfaces().size(), 0U);
+    EXPECT_EQ(Read("HOSTNAME guarded\n").HostName(), "zq100");
     EXPECT_FALSE(CommonConfStruct().GetFlag("NTP"));
 }
 
@@ -176,6 +180,10 @@ TEST_F(RecordsTest, CommonRecordWritesAnExistingFile) {
               "DNS\toff\nHTTPPROXY\toff\nNEW\ton\nNTP\ton\nREBOOTSCHEDULE\toff\n"
               "VPN_PERFMODE_SINGLE\toff\n other words \n");
     EXPECT_TRUE(support::Exists("/mnt/main/etc/common.conf.crg"));
+    const int outside = open(kCommon, O_RDWR | O_CLOEXEC); // of another program that locks the file
+    const POSIX_File::SoftLock held(outside, F_WRLCK, true);
+    EXPECT_FALSE(record.Write());
+    EXPECT_EQ(TakeLog().back(), (LogLine{3, "cannot set write lock on /mnt/main/etc/common.conf"}));
 }
 
 TEST_F(RecordsTest, RestrictedServicesCannotBeSwitchedOn) {
