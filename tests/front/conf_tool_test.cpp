@@ -47,21 +47,15 @@ TEST_F(ConfToolTest, ExitStatusTellsWhetherEveryOptionSucceeded) {
         std::string err;
     } cases[] = {
         {{}, 1, ""},
-        {{"-s", "/tmp/x"}, 0, ""},
         {{"--settings", "/tmp/x", "-s", "/tmp/y"}, 0, ""},
         {{"-s", "/tmp/x", "operand"}, 1, ""},
-        {{"operand", "-s", "/tmp/x"}, 1, ""},
         {{"-a"}, 1, ""},
-        {{"-s"}, 1, ""},
         {{"-z"}, 1, ""},
-        {{"--unknown"}, 1, ""},
         {{"-a", "no-such-unit"}, 1, ""},
-        {{"-a", ""}, 1, ""},
         {{"-a", "/x"}, 1, ""},
-        {{"-a", "DHCP-SERVER"}, 1, ""},
         {{"-p", "/mnt/no-such-file"}, 1, ""},
         {{"-a", "a b"}, 1, "unit://a b: failed to parse unit URI\n"},
-        {{"-a", "dhcp-server?%s%n%s"}, 1, "unit://dhcp-server?%s%n%s: failed to parse unit URI\n"},
+        {{"-a", "dhcp-server?%%%s%n"}, 1, "unit://dhcp-server?%%%s%n: failed to parse unit URI\n"},
         {{"-a", "dhcp-server?x=%"}, 1, "unit://dhcp-server?x=%: failed to parse unit URI\n"},
         {{"-a", "dhcp-server?x%%41"}, 1, "DHCP server: wrong query format\n"},
         {{"-a", "dhcp-server?"}, 1, "DHCP server: empty query\n"},
@@ -77,10 +71,9 @@ TEST_F(ConfToolTest, ExitStatusTellsWhetherEveryOptionSucceeded) {
     }
 }
 
-TEST_F(ConfToolTest, LongUriIsCutAndNotFollowedBeyond) {
-    const support::Result result = ConfTool({"-a", "dhcp-server?check" + std::string(20000, 'x')});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err, "DHCP server: wrong query format\n");
+TEST_F(ConfToolTest, LongUriIsCut) {
+    EXPECT_EQ(ConfTool({"-a", "a b" + std::string(20000, 'x')}).err,
+              "unit://a b" + std::string(8181, 'x') + ": failed to parse unit URI\n");
 }
 
 TEST_F(ConfToolTest, FailedOptionEndsTheRun) {

@@ -144,9 +144,12 @@ TEST_F(ProbesTest, AdaptersAreCountedWithoutTheHeader) {
         ASSERT_EQ(support::RunShell("rm -rf /tmp/recorder/queue+sbin+usb-modem-device.sh").status, 0);
     }
     EXPECT_EQ(GetNetworkAdapterLimit(), 128);
-    support::Queue("/sbin/ifconfig", {.out = std::string(127, '\n')});
+    support::Queue("/sbin/ifconfig", {.out = std::string(128, '\n')});
     EXPECT_TRUE(CanAddNetworkAdapter());
-    support::Queue("/sbin/ifconfig", {.out = std::string(140, '\n')});
+    support::Queue("/sbin/ifconfig", {.out = std::string(129, '\n')});
+    EXPECT_FALSE(CanAddNetworkAdapter());
+    WriteFile("/usr/bin/wc", "#!/bin/sh\n", 0755); // counts nothing
+    EXPECT_EQ(CountNetworkAdapters(), -1);
     EXPECT_FALSE(CanAddNetworkAdapter());
 }
 
