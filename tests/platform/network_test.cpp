@@ -58,10 +58,10 @@ TEST_F(NetworkTest, ChannelsOfTheClusterFile) {
                                             "[channel]\ndevice = eth0\n  activeip=10.0.0.1/24   # shared\n"
                                             "[sendconfig]\ndevice = eth9\nactiveip = 10.9.9.9/24\n"
                                             "[channel]\r\nactiveip = change_this\r\n#device = eth8\n"
-                                            "[channel]\ndevice = eth2:1\nactiveip = 10.0.2.1/33\n"
+                                            "[channel]\ndevice = eth2#1\nactiveip = 10.0.2.1/33\n"
                                             "[channel]\ndevice\nactiveip = 10.0.3.1/30");
     using List = std::vector<std::string>;
-    EXPECT_EQ(failover::get_active_ifaces(), (List{"eth0", "", "eth2:1", ""}));
+    EXPECT_EQ(failover::get_active_ifaces(), (List{"eth0", "", "eth2#1", ""}));
     EXPECT_EQ(failover::get_active_ip(), (List{"10.0.0.1/24", "change_this", "10.0.2.1/33", "10.0.3.1/30"}));
     EXPECT_EQ(failover::get_active_bcasts(), (List{"10.0.0.255", "change_this", "10.0.2.1/33", "10.0.3.3"}));
 }

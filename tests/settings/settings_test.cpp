@@ -20,7 +20,7 @@ protected:
 constexpr char kSample[] = R"(<?xml version="1.0" encoding="utf-8"?>
 <unit name="sample">
   <relay id="1">
-    <server interface="eth0">10.0.0.5</server>
+    <server interface="eth0">10.0<!-- old -->.0.5</server>
     <server interface="eth1">10.0.0.6</server>
   </relay>
 </unit>
@@ -45,12 +45,14 @@ TEST_F(SettingsTest, EditsRoundTrip) {
     ASSERT_TRUE(file.Load());
     EXPECT_EQ(file.GetText("/unit/relay[@id = '%d']/server[@interface = '%s']", 1, "eth1"), "10.0.0.6");
     Node first = file.SelectFirst("/unit/relay/server");
-    EXPECT_EQ(first.NextSibling().GetText(), "10.0.0.6");
+    EXPECT_EQ(first.GetText() + " " + first.NextSibling().GetText(), "10.0.0.5 10.0.0.6");
     EXPECT_TRUE(first.PrevSibling().IsNull());
     ASSERT_TRUE(first.AddPrevSibling(first.NextSibling()));
     ASSERT_TRUE(first.SetAttr("interface", "eth9"));
     ASSERT_TRUE(first.SetText("%s", "a &amp; b"));
     Node gone = file.Root().FirstChild().AddChild("gone");
+    ASSERT_TRUE(gone.NewAttr("a", "1").NewAttr("a", "2"));
+    EXPECT_EQ(file.Select("//gone/@a").Size(), 2U);
     EXPECT_TRUE(gone.Remove() && gone.IsNull() && gone.Remove());
     ASSERT_TRUE(file.Save());
     EXPECT_EQ(ReadFile(kPath), R"(<?xml version="1.0" encoding="utf-8"?>
