@@ -5,9 +5,9 @@
 
 namespace corvanshell {
 
-// Makes `guard` match the files. Modes: 0, a guard of one file, and 3, a guard shared by several, make it
-// hold exactly the files given; 1 renews the one file's part of a shared guard. False when it can't be
-// written; the old guard then stays as it was.
+// Makes `guard` match the files. Modes: 0, a guard of one file, makes it hold exactly the files given; 1 and
+// 3 renew the parts of one file and of several in a shared guard, and leave the others. False when it can't
+// be written; the old guard then stays as it was.
 [[nodiscard, gnu::sentinel]] bool UpdateGuardFile(const char* guard, int mode, ...);
 
 // True unless a file differs from what the guard says of it.

@@ -91,7 +91,7 @@ void UpdateGuard(const std::string& path, int mode, const Files& files) {
     if (mode != kOneFile && mode != kOneOfSeveral && mode != kSeveralFiles)
         throw std::invalid_argument("unknown mode " + std::to_string(mode));
     Guard guard;
-    if (mode == kOneOfSeveral) {
+    if (mode != kOneFile) {
         guard = reference::ReadGuard(path);
         if (guard.damaged)
             shell_log_warning("%s: guard is damaged, its readable lines are kept", path.c_str());

@@ -114,8 +114,9 @@ TEST_F(GuardTest, ModesWriteTheWholeGuard) {
         EXPECT_EQ(ReadFile(kGuard), after) << what;
     }
     EXPECT_EQ(ModeOf(kGuard), 0644U);
+    WriteFile(kGuard, kForeign); // another member of the shared guard
     ASSERT_TRUE(UpdateGuardFile(kGuard.c_str(), 3, kA.c_str(), kMissing.c_str(), kB.c_str(), nullptr));
-    EXPECT_EQ(ReadFile(kGuard), kGoodA + kGoodB);
+    EXPECT_EQ(ReadFile(kGuard), kForeign + kGoodA + kGoodB);
 }
 
 TEST_F(GuardTest, Sha256sumAcceptsEveryName) {
