@@ -73,6 +73,8 @@ constexpr Command kCommands[] = {
      "adds to the subnet; alone, serves the network that the interface has"},
     {"dhcp-server interface <interface> add", "serves the network that the interface has by its own settings",
      [](Text interface) { return AddListenInterface(LocalSubnet(interface)); }},
+    {"dhcp-server interface <interface> delete",
+     "removes from the subnet; alone, serves it no longer after a question"},
     {"dhcp-server interface <interface> delete", "serves it no longer, after a question",
      [](Text interface) { return EraseLocalSubnet(LocalSubnet(interface)); }},
     {"dhcp-server subnet", "a subnet that is reached through relays"},
@@ -97,7 +99,8 @@ constexpr Command kCommands[] = {
          return AddHost(Host(name), subnet, mac, address);
      }},
     {"dhcp-server host", "a host with a fixed address"},
-    {"dhcp-server host <host> delete", "removes from the host; alone, the host itself after a question",
+    {"dhcp-server host <host> delete", "removes from the host; alone, the host itself after a question"},
+    {"dhcp-server host <host> delete", "removes the host, after a question",
      [](Text name) { return EraseHost(Host(name)); }},
 
     // Options of the whole unit, a subnet or a host.

@@ -93,7 +93,6 @@ constexpr Command kCommands[] = {
     {"snmp user authentication <user> <md5|sha>", "sets how the user is authenticated",
      kCall<&SetUserAuthType>},
     {"snmp user encryption", "privacy of the user's messages"},
-    {"snmp user encryption <user>", "privacy of the user's messages"},
     {"snmp user encryption <user> on", "asks for the privacy key, and encrypts", kCall<&Encrypt>},
     {"snmp user encryption <user> off", "forgets the key", kCall<&DontEncrypt>},
     {"snmp user reading <user> <on|off>", "says whether the user may read", kCall<&SetUserRead>},

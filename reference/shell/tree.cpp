@@ -66,7 +66,7 @@ void Plant(Branch& root, const Command& command, const Form& form) {
     }
 }
 
-// A heading of a place that has no command in this mode says nothing.
+// The first row of a place heads it. Where no command of this mode passes, it says nothing.
 void PlaceHeading(Branch& root, const Command& heading) {
     for (const Form& form : Expand(heading.pattern)) {
         Branch* branch = &root;
@@ -78,7 +78,8 @@ void PlaceHeading(Branch& root, const Command& heading) {
                 return;
             branch = &*next;
         }
-        branch->heading = heading.help;
+        if (branch->heading == nullptr)
+            branch->heading = heading.help;
     }
 }
 
