@@ -56,7 +56,7 @@ void Shell::RebuildTree() {
 }
 
 // A stage that has the whole word goes before those that it only begins; of these there must be one. Values
-// are not abbreviated.
+// are not abbreviated, and an empty word, as of a script's unset variable, is short for nothing.
 TreeNode* TreeNode::find_stage(const std::string& word) const {
     TreeNode* begun = nullptr;
     std::size_t candidates = 0;
@@ -64,7 +64,7 @@ TreeNode* TreeNode::find_stage(const std::string& word) const {
         if (stage->match(word))
             return stage.get();
         const bool is_value = dynamic_cast<const detail::list_completion_node*>(stage.get()) != nullptr;
-        if (!is_value && stage->partial_match(word)) {
+        if (!is_value && !word.empty() && stage->partial_match(word)) {
             begun = stage.get();
             ++candidates;
         }

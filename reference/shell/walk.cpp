@@ -91,11 +91,11 @@ Cursor FindCursor(const TreeNode& root, std::string_view line) {
     return cursor;
 }
 
-// The words that the text is short for, when there are several.
+// The words that the text is short for, when there are several. An empty one is short for none.
 std::vector<const TreeNode*> ListMeant(const TreeNode& node, const std::string& text) {
     std::vector<const TreeNode*> meant;
     for (const auto& stage : node.stages()) {
-        if (!IsValue(*stage) && stage->partial_match(text))
+        if (!text.empty() && !IsValue(*stage) && stage->partial_match(text))
             meant.push_back(stage.get());
     }
     return meant.size() > 1 ? meant : std::vector<const TreeNode*>();
