@@ -14,8 +14,10 @@ constexpr std::size_t kMinimumLength = 8; // RFC 3414, section 11.2
 
 bool AskSecret(const char* what, std::string& secret) {
     std::string typed;
-    if (!shell_get_user_response((std::string(what) + ":").c_str(), true, typed))
+    if (!shell_get_user_response((std::string(what) + ":").c_str(), true, typed)) {
+        shell_print_error("no %s was given", what);
         return false;
+    }
     if (typed.size() < kMinimumLength || !IsWord(typed)) {
         shell_print_error("a %s has %zu characters at least, and no blanks, quotes or backslashes", what,
                           kMinimumLength);
