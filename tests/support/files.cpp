@@ -1,5 +1,7 @@
 #include "tests/support/files.h"
 
+#include "tests/support/processes.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -46,8 +48,9 @@ void ExpectGolden(const std::string& generated, const std::string& name) {
     if (update != nullptr && std::string(update) == "1") {
         WriteFile(golden, ReadFile(generated));
     }
-    EXPECT_EQ(ReadFile(golden), ReadFile(generated))
-        << generated << " is not as tests/golden/" << name << " says";
+    const Result difference = RunProgram({"diff", "--text", "--unified=1", golden, generated});
+    EXPECT_EQ(difference.status, 0) << generated << " is not as tests/golden/" << name << " says:\n"
+                                    << difference.out << difference.err;
 }
 
 } // namespace support
