@@ -135,7 +135,7 @@ bool RunQuery(const Request& request) {
 bool DhcpRelayUnit(const _xmlURI* uri) {
     using namespace settings::dhcp_relay;
     const std::string id = GetUnitFragment(uri);
-    if (uri->fragment != nullptr && !IsRelayId(id))
+    if (uri != nullptr && uri->fragment != nullptr && !IsRelayId(id))
         return false;
     settings::File file(kDhcpRelayUnit, "");
     if (!file.Load())

@@ -3,7 +3,8 @@
 struct _xmlURI;
 
 // The handler of unit://dhcp-relay. The fragment, where there is one, is the ID of a relay. Without a query
-// it writes the daemons' settings, of that relay alone when there is an ID; the queries are
+// it writes the daemons' settings, of that relay alone when there is an ID, and of all for a null URI; the
+// queries are
 //
 //     check                        check the relays, or the one of the ID
 //     print, dump                  show the relays, or the settings file
