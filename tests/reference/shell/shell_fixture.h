@@ -9,7 +9,6 @@
 class ShellTest : public support::Appliance {
 protected:
     static constexpr const char* kShell = "/usr/bin/conf-shell";
-    static constexpr const char* kDhcpSettings = "/mnt/main/etc/settings/dhcp-server.xml";
 
     ShellTest() {
         const support::Result booted =
@@ -21,35 +20,42 @@ protected:
         return support::RunProgram({kShell, "-c", line});
     }
 
-    // Runs a shell into a transcript, which is compared with an expected one:
-    //     $ conf-shell -c 'web show'     the run, "< web show" a line of its input
-    //     out ...  err ...               what it wrote
-    //     exit 1
-    void Play(const support::Arguments& arguments, const std::string& input = "") {
-        transcript_ << "$ conf-shell";
-        for (const std::string& argument : arguments)
-            transcript_ << ' ' << (argument.find(' ') == std::string::npos ? argument : "'" + argument + "'");
-        transcript_ << '\n';
-        Write("<", input);
-        support::Arguments line{kShell};
-        line.insert(line.end(), arguments.begin(), arguments.end());
-        const support::Result result = support::RunProgram(line, input);
-        Write("out", result.out);
-        Write("err", result.err);
-        transcript_ << "exit " << result.status << '\n';
-    }
-
-    void Write(const std::string& mark, const std::string& text) {
-        std::istringstream lines(text);
-        for (std::string line; std::getline(lines, line);)
-            transcript_ << mark << ' ' << line << '\n';
-    }
-
-    void ExpectTranscript(const std::string& name) {
-        support::WriteFile("/tmp/transcript", transcript_.str());
-        support::ExpectGolden("/tmp/transcript", "shell/" + name + ".txt");
+    // Plays the runs of tests/golden/shell/<name>.txt again, and compares what comes of them:
+    //     $ web show           a line for conf-shell -c
+    //     % conf-shell -h      a line for the system's own shell
+    //     < y                  standard input of the run above
+    //     > protocol: http     what it writes
+    //     exit 1               how it ends, when it fails
+    // Any other line is a remark.
+    static void ExpectSession(const std::string& name) {
+        std::istringstream session(support::ReadFile(SOURCE_FOLDER "/tests/golden/shell/" + name + ".txt"));
+        std::string played;
+        for (std::string line; std::getline(session, line);) {
+            if (line.starts_with('>') || line.starts_with("exit "))
+                continue;
+            played += line + '\n';
+            if (!line.starts_with("$ ") && !line.starts_with("% "))
+                continue;
+            const std::string run = line;
+            std::string input;
+            while (session.peek() == '<' && std::getline(session, line)) {
+                played += line + '\n';
+                input += line.substr(2) + '\n';
+            }
+            played += Run(run, input);
+        }
+        support::WriteFile("/tmp/session", played);
+        support::ExpectGolden("/tmp/session", "shell/" + name + ".txt");
     }
 
 private:
-    std::ostringstream transcript_;
+    static std::string Run(const std::string& run, const std::string& input) {
+        const std::string program = run[0] == '$' ? "exec conf-shell -c \"$0\" 2>&1" : "eval \"$0\" 2>&1";
+        const support::Result result = support::RunProgram({"/bin/sh", "-c", program, run.substr(2)}, input);
+        std::istringstream lines(result.out);
+        std::string text;
+        for (std::string line; std::getline(lines, line);)
+            text += line.empty() ? ">\n" : "> " + line + '\n';
+        return text + (result.status != 0 ? "exit " + std::to_string(result.status) + "\n" : "");
+    }
 };

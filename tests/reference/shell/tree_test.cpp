@@ -4,8 +4,11 @@
 #include "reference/shell/walk.h"
 #include "tests/support/appliance.h"
 
+#include <filesystem>
 #include <functional>
 #include <map>
+#include <set>
+#include <sstream>
 
 namespace {
 
@@ -99,6 +102,32 @@ TEST_F(TreeTest, EveryHeadingIsSeen) {
     });
     for (const auto& [heading, is_seen] : seen)
         EXPECT_TRUE(is_seen) << heading;
+}
+
+// A row could have another one's action.
+TEST_F(TreeTest, EveryCommandIsPlayedInASession) {
+    std::vector<ShellWords> lines;
+    for (const auto& file : std::filesystem::directory_iterator(SOURCE_FOLDER "/tests/golden/shell")) {
+        std::istringstream text(support::ReadFile(file.path()));
+        for (std::string line; std::getline(text, line);) {
+            if (line.starts_with("$ "))
+                lines.push_back(shell::SplitLine(line.substr(2)).Texts());
+        }
+    }
+    std::map<std::string, bool> played{{"help [<text>]", true}};
+    for (const int mode : {0, 1}) {
+        Node root;
+        shell::BuildTree(root, mode);
+        std::set<const TreeNode*> ends;
+        for (const ShellWords& line : lines)
+            ends.insert(shell::Follow(root, line).node);
+        ForEachForm([&](const Command& command, const shell::Form& form) {
+            if (command.run != nullptr)
+                played[command.pattern] |= ends.contains(shell::Follow(root, SampleOf(form)).node);
+        });
+    }
+    for (const auto& [line, is_played] : played)
+        EXPECT_TRUE(is_played) << line;
 }
 
 // The introduction stands in the file alone.
