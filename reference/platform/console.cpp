@@ -2,11 +2,13 @@
 
 #include "text.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <poll.h>
 #include <strings.h>
 #include <termios.h>
 #include <unistd.h>
@@ -26,8 +28,40 @@ void PrintLine(std::FILE* stream, const char* format, std::va_list arguments) {
 
 bool all_confirmed = false;
 
-// False when there is no further line, or a signal interrupted the reading.
-bool ReadAnswer(std::string& answer) {
+// Interrupts wait as long as this lives, so that none is lost between a question and the wait for its answer.
+class HeldInterrupt {
+public:
+    HeldInterrupt() {
+        sigset_t interrupt;
+        ::sigemptyset(&interrupt);
+        ::sigaddset(&interrupt, SIGINT);
+        ::pthread_sigmask(SIG_BLOCK, &interrupt, &previous_);
+    }
+    ~HeldInterrupt() { Release(); }
+    HeldInterrupt(const HeldInterrupt&) = delete;
+    HeldInterrupt& operator=(const HeldInterrupt&) = delete;
+
+    // Lets them in until there is a line to read. False when one came. Elsewhere than at a terminal a line
+    // may be in the buffer already, and the reading itself lets them in.
+    [[nodiscard]] bool WaitForLine() {
+        if (::isatty(STDIN_FILENO) == 0) {
+            Release();
+            return true;
+        }
+        pollfd input{.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
+        return ::ppoll(&input, 1, nullptr, &previous_) == 1;
+    }
+
+private:
+    void Release() { ::pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
+
+    sigset_t previous_{};
+};
+
+// False when there is no further line, or an interrupt came before it.
+bool ReadAnswer(HeldInterrupt& interrupt, std::string& answer) {
+    if (!interrupt.WaitForLine())
+        return false;
     char* line = nullptr;
     std::size_t size = 0;
     const auto length = ::getline(&line, &size, stdin);
@@ -102,9 +136,10 @@ int shell_get_user_confirmation(const char* format, ...) {
         ShowQuestion(question + "yes\n");
         return 1;
     }
+    HeldInterrupt interrupt;
     ShowQuestion(question);
     std::string answer;
-    return ReadAnswer(answer) &&
+    return ReadAnswer(interrupt, answer) &&
            (::strcasecmp(answer.c_str(), "y") == 0 || ::strcasecmp(answer.c_str(), "yes") == 0);
 }
 
@@ -113,11 +148,12 @@ void shell_assume_confirmation() {
 }
 
 bool shell_get_user_response(const char* question, bool secret, std::string& response) {
+    HeldInterrupt interrupt;
     std::optional<HiddenInput> hidden;
     if (secret)
         hidden.emplace();
     ShowQuestion(std::string(question) + " ");
-    return ReadAnswer(response);
+    return ReadAnswer(interrupt, response);
 }
 
 namespace corvanshell {
