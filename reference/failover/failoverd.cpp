@@ -6,7 +6,9 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
 #include <fstream>
+#include <initializer_list>
 #include <unistd.h>
 
 namespace {
@@ -22,14 +24,22 @@ bool WriteState(State state) {
     return file.good();
 }
 
-int WaitForSignal() {
+// The signals that end the daemon wait from before it is there until it looks for them.
+sigset_t HoldEnds() {
     sigset_t ends;
     sigemptyset(&ends);
     sigaddset(&ends, SIGTERM);
     sigaddset(&ends, SIGINT);
     sigprocmask(SIG_BLOCK, &ends, nullptr);
-    if (!(std::ofstream(kPidFile) << getpid() << std::endl))
+    return ends;
+}
+
+int Serve(const sigset_t& ends) {
+    const int null = open("/dev/null", O_RDWR);
+    if (setsid() < 0 || chdir("/") != 0 || null < 0)
         return 1;
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        dup2(null, stream);
     int signal = 0;
     sigwait(&ends, &signal);
     return WriteState(kStopped) && unlink(kPidFile) == 0 ? 0 : 1;
@@ -43,9 +53,15 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: failoverd active|passive\n");
         return 2;
     }
-    if (!WriteState(active ? kActive : kPassive) || daemon(0, 0) != 0) {
-        std::perror("failoverd");
-        return 1;
-    }
-    return WaitForSignal();
+    const sigset_t ends = HoldEnds();
+    const pid_t daemon = WriteState(active ? kActive : kPassive) ? fork() : -1;
+    if (daemon == 0)
+        return Serve(ends);
+    // Whoever started it finds it running.
+    if (daemon > 0 && (std::ofstream(kPidFile) << daemon << std::endl))
+        return 0;
+    std::perror("failoverd");
+    if (daemon > 0)
+        kill(daemon, SIGKILL);
+    return 1;
 }
