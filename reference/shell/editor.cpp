@@ -31,10 +31,8 @@ std::string_view TextBeforeCursor(EditLine* line) {
 }
 
 // The editor counts characters where its lines have bytes.
-int CountCharacters(std::string_view text) {
-    return static_cast<int>(std::count_if(text.begin(), text.end(), [](char letter) {
-        return (static_cast<unsigned char>(letter) & 0xc0) != 0x80;
-    }));
+int CountBetween(const char* from, const char* to) {
+    return static_cast<int>(CountCharacters({from, static_cast<std::size_t>(to - from)}));
 }
 
 // Below the line, which is shown again behind it.
@@ -84,7 +82,7 @@ unsigned char OnTab(EditLine* line, int) {
     const std::string text = CommonBegin(completion.words) + (is_only ? " " : "");
     if (text.size() <= typed.size())
         return Show(ListWords(completion.words));
-    el_deletestr(line, CountCharacters(typed));
+    el_deletestr(line, static_cast<int>(CountCharacters(typed)));
     return el_insertstr(line, text.c_str()) == 0 ? CC_REFRESH : CC_REFRESH_BEEP;
 }
 
@@ -100,10 +98,8 @@ unsigned char OnQuestionMark(EditLine* line, int) {
 
 unsigned char OnInterrupt(EditLine* line, int) {
     const LineInfo* const info = el_line(line);
-    const int behind =
-        CountCharacters({info->cursor, static_cast<std::size_t>(info->lastchar - info->cursor)});
-    const int whole =
-        CountCharacters({info->buffer, static_cast<std::size_t>(info->lastchar - info->buffer)});
+    const int behind = CountBetween(info->cursor, info->lastchar);
+    const int whole = CountBetween(info->buffer, info->lastchar);
     el_cursor(line, behind);
     el_deletestr(line, whole);
     return Show("");

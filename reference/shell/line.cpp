@@ -1,5 +1,7 @@
 #include "reference/shell/line.h"
 
+#include <algorithm>
+
 namespace shell {
 namespace {
 
@@ -64,6 +66,12 @@ std::string Quote(const std::string& word) {
         quoted += letter;
     }
     return quoted + '"';
+}
+
+std::size_t CountCharacters(std::string_view text) {
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char letter) {
+        return (static_cast<unsigned char>(letter) & 0xc0) != 0x80;
+    }));
 }
 
 } // namespace shell

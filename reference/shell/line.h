@@ -29,4 +29,7 @@ Line SplitLine(std::string_view text);
 // The word as it has to be typed.
 std::string Quote(const std::string& word);
 
+// How many characters of UTF-8 the text has, which are as many columns of a terminal.
+std::size_t CountCharacters(std::string_view text);
+
 } // namespace shell

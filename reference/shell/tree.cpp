@@ -1,8 +1,7 @@
 #include "reference/shell/tree.h"
 
+#include "reference/shell/branches.h"
 #include "reference/shell/change_lock.h"
-#include "reference/shell/keywords.h"
-#include "reference/shell/pattern.h"
 #include "reference/shell/slots.h"
 
 #include <algorithm>
@@ -28,61 +27,6 @@ private:
     std::string word_;
 };
 
-// A place of the tree before its nodes are made: the commands that pass through it, and the one that ends
-// there.
-struct Branch {
-    Token token;
-    std::vector<Branch> branches;
-    const Command* end = nullptr;
-    Form form; // of the command that ends here
-    const char* heading = nullptr;
-    bool is_within = false; // a word behind a value, or one of a choice
-    std::vector<const Command*> through;
-
-    Branch& Below(const Token& next) {
-        const auto known = std::find_if(branches.begin(), branches.end(),
-                                        [&](const Branch& branch) { return branch.token.text == next.text; });
-        if (known != branches.end())
-            return *known;
-        branches.emplace_back().token = next;
-        return branches.back();
-    }
-};
-
-void Plant(Branch& root, const Command& command, const Form& form) {
-    Branch* branch = &root;
-    bool is_behind_value = false;
-    for (const Token& token : form) {
-        branch = &branch->Below(token);
-        branch->is_within = is_behind_value || token.place >= 0;
-        is_behind_value = is_behind_value || token.is_value;
-        if (std::find(branch->through.begin(), branch->through.end(), &command) == branch->through.end())
-            branch->through.push_back(&command);
-    }
-    // The first row of a line has it.
-    if (branch->end == nullptr) {
-        branch->end = &command;
-        branch->form = form;
-    }
-}
-
-// The first row of a place heads it. Where no command of this mode passes, it says nothing.
-void PlaceHeading(Branch& root, const Command& heading) {
-    for (const Form& form : Expand(heading.pattern)) {
-        Branch* branch = &root;
-        for (const Token& token : form) {
-            const auto next =
-                std::find_if(branch->branches.begin(), branch->branches.end(),
-                             [&](const Branch& known) { return known.token.text == token.text; });
-            if (next == branch->branches.end())
-                return;
-            branch = &*next;
-        }
-        if (branch->heading == nullptr)
-            branch->heading = heading.help;
-    }
-}
-
 // Puts the values of the typed line in the order of the pattern, and runs the command.
 TreeNode::Action MakeAction(const Command& command, const Form& form) {
     return [&command, form](const ShellArguments& arguments) {
@@ -102,19 +46,6 @@ TreeNode::Action MakeAction(const Command& command, const Form& form) {
     };
 }
 
-// A heading goes first. A word within a line says what follows it, or which choice it is; any other is a part
-// of one command, or ends it.
-const char* WordHelp(const Branch& branch) {
-    if (branch.heading != nullptr)
-        return branch.heading;
-    const char* const keyword = branch.is_within ? KeywordHelp(branch.token.text) : "";
-    if (*keyword != '\0')
-        return keyword;
-    if (branch.end != nullptr)
-        return branch.end->help;
-    return branch.through.size() == 1 ? branch.through[0]->help : "";
-}
-
 void Grow(TreeNode& parent, const Branch& branch) {
     // A word goes before a value that could be the same text.
     for (const bool is_value : {false, true}) {
@@ -124,7 +55,7 @@ void Grow(TreeNode& parent, const Branch& branch) {
             TreeNode& node = parent.add(is_value ? MakeStage(next.token.text)
                                                  : std::make_unique<WordNode>(next.token.text));
             if (!is_value)
-                node.set_help(next.token.text, WordHelp(next));
+                node.set_help(next.token.text, next.WordHelp());
             if (next.end != nullptr)
                 node.set_action(MakeAction(*next.end, next.form));
             Grow(node, next);
@@ -166,17 +97,7 @@ std::vector<Trunk> SortByFirstWord(int mode) {
 }
 
 void GrowTrunk(TreeNode& node, const Trunk& trunk) {
-    Branch top;
-    for (const Command* const row : trunk.rows) {
-        if (row->run == nullptr)
-            continue;
-        for (const Form& form : Expand(row->pattern))
-            Plant(top, *row, form);
-    }
-    for (const Command* const row : trunk.rows) {
-        if (row->run == nullptr)
-            PlaceHeading(top, *row);
-    }
+    const Branch top = PlantRows(trunk.rows);
     const Branch& branch = top.branches.front();
     if (branch.end != nullptr)
         node.set_action(MakeAction(*branch.end, branch.form));

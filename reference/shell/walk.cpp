@@ -50,13 +50,6 @@ std::string WrapWords(const ShellWords& words) {
     return Indent(kLabelWidth + 4) + wrapped + "\n";
 }
 
-// How many columns of a terminal the text takes: those of its characters.
-std::size_t CountColumns(std::string_view text) {
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char letter) {
-        return (static_cast<unsigned char>(letter) & 0xc0) != 0x80;
-    }));
-}
-
 // The line for the terminal: what it can't show is a "?".
 std::string Shown(std::string_view line) {
     std::string shown(line);
@@ -142,8 +135,8 @@ std::vector<Offer> ListOffersAt(const TreeNode& root, std::string_view line) {
 std::string FormatOffers(const std::vector<Offer>& offers) {
     std::string text;
     for (const Offer& offer : offers) {
-        const std::size_t columns = std::max(CountColumns(offer.label), kLabelWidth);
-        text += "  " + offer.label + Indent(columns - CountColumns(offer.label) + 2) + offer.help + "\n";
+        const std::size_t columns = std::max(CountCharacters(offer.label), kLabelWidth);
+        text += "  " + offer.label + Indent(columns - CountCharacters(offer.label) + 2) + offer.help + "\n";
         if (!offer.words.empty())
             text += WrapWords(offer.words);
     }
@@ -180,8 +173,8 @@ void ReportLine(std::string_view line, const Line& words, const Position& positi
                              : !meant.empty() ? "ambiguous word, it is short for:"
                              : offers.empty() ? "the command has ended before this word"
                                               : "wrong word, in its place may stand:";
-    const std::size_t width = std::max<std::size_t>(CountColumns(line.substr(0, wrong.end)), 1);
-    const std::size_t indent = CountColumns(line.substr(0, wrong.begin));
+    const std::size_t width = std::max<std::size_t>(CountCharacters(line.substr(0, wrong.end)), 1);
+    const std::size_t indent = CountCharacters(line.substr(0, wrong.begin));
     shell_print_error("%s\n%s%s\n%s\n%s", Shown(line).c_str(), Indent(indent).c_str(),
                       std::string(std::max<std::size_t>(width - indent, 1), '^').c_str(), what,
                       FormatOffers(offers).c_str());
