@@ -54,6 +54,15 @@ struct Argument<const Subnet&> : PlaceArgument<Subnet> {
 
 namespace {
 
+// The types of options that go by their number.
+constexpr char kIp[] = "ip";
+constexpr char kAscii[] = "ascii";
+constexpr char kHex[] = "hex";
+
+template <const char* type>
+constexpr auto kSetCustom =
+    [](const Area& area, Text number, Text value) { return SetCustomOption(area, number, type, value); };
+
 constexpr Command kCommands[] = {
     {"dhcp-server", "the DHCP server"},
     {"dhcp-server show", "state and settings"},
@@ -132,8 +141,13 @@ constexpr Command kCommands[] = {
      [](const Area& area, Text name, Text value) {
          return SetNamedOption(area, name.c_str(), name.c_str(), value);
      }},
-    {"dhcp-server [<area>] set custom-option <1..254> <ip|ascii|hex> <text>",
-     "sets an option by its number; a number has one type in all places", kCall<&SetCustomOption>},
+    {"dhcp-server [<area>] set custom-option", "sets an option by its number"},
+    {"dhcp-server [<area>] set custom-option <1..254> ip <address>",
+     "sets an option by its number, which has one type in all places", kSetCustom<kIp>},
+    {"dhcp-server [<area>] set custom-option <1..254> ascii <text>", "sets an option to a text",
+     kSetCustom<kAscii>},
+    {"dhcp-server [<area>] set custom-option <1..254> hex <bytes>", "sets an option to bytes",
+     kSetCustom<kHex>},
     {"dhcp-server [<area>] set default-lease-time <seconds>",
      "sets how long a lease is when none is asked for", kCall<&SetDefaultLeaseTime>},
     {"dhcp-server [<area>] set max-lease-time <seconds>", "sets how long a lease is at most",

@@ -7,6 +7,7 @@
 #include "reference/shell/values.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
@@ -95,17 +96,18 @@ constexpr Slot kSlots[] = {
     {"<new-name>", "the name of something new", Known<value::DgdName>},
     {"<number>", "a decimal number", Known<value::DgdNumber>},
     // Units.
+    {"<bytes>", "bytes as hexadecimal digits, such as 01:a0:ff", Text<IsBytes>},
     {"<new-host>", "the name of a new host", Text<arguments::IsName>},
     {"<domain>", "a domain name", Text<IsDomainName>},
     {"<option>", "the name of an option", Text<arguments::IsName>},
     {"<community>", "a community of SNMP", Live<IsWord, ListSnmpCommunities>},
     {"<filter-rule>", "a rule of the content filter", Live<IsText, ListFilterRules>},
     {"<host>", "a host of the DHCP server", Live<IsWord, ListDhcpHosts>},
-    {"<relay>", "the number of a DHCP relay", Live<arguments::IsNumber, ListRelays>},
+    {"<relay>", "the number of a DHCP relay", Live<IsPositive, ListRelays>},
     {"<user>", "an SNMPv3 user", Live<IsWord, ListSnmpUsers>},
     // The rest.
     {"<moment>", "a local time, such as 31.12.2026-23:59:59", Text<IsDateTime>},
-    {"<seconds>", "a time in seconds", Text<arguments::IsNumber>},
+    {"<seconds>", "a time in seconds", [] { return MakeNode(Range(1, UINT32_MAX)); }},
     {"<word>", "a word without blanks and quotes", Text<IsWord>},
     {"<text>", "a text, in quotes when it has blanks", Text<IsText>},
 };

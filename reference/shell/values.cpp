@@ -63,7 +63,18 @@ bool IsServerName(const std::string& text) {
 }
 
 bool IsMacAddress(const std::string& text) {
-    return HasForm(text, "xx:xx:xx:xx:xx:xx") || HasForm(text, "xx-xx-xx-xx-xx-xx");
+    return HasForm(text, "xx:xx:xx:xx:xx:xx");
+}
+
+bool IsBytes(const std::string& text) {
+    std::string form = "xx";
+    while (form.size() < text.size())
+        form += ":xx";
+    return HasForm(text, form);
+}
+
+bool IsPositive(const std::string& text) {
+    return arguments::IsNumber(text) && text[0] != '0';
 }
 
 bool IsMtu(const std::string& text) {
