@@ -114,7 +114,8 @@ constexpr Command kCommands[] = {
 
     // Options of the whole unit, a subnet or a host.
     {"dhcp-server [<area>] add", "adds an address to an option"},
-    {"dhcp-server [<area>] add router <address>", "adds a router", kCall<&AddRouter>},
+    // The whole unit has no network that a router, a mask or a broadcast address could be checked against.
+    {"dhcp-server <area> add router <address>", "adds a router", kCall<&AddRouter>},
     {"dhcp-server [<area>] add ntp-server <address>", "adds a time server", kCall<&AddNtpServer>},
     {"dhcp-server [<area>] add dns-server <address>", "adds a name server", kCall<&AddDnsServer>},
     {"dhcp-server [<area>] add voip-tftp-server <address>", "adds a TFTP server of telephones",
@@ -129,7 +130,6 @@ constexpr Command kCommands[] = {
     {"dhcp-server [<area>] delete wins-server <address>", "removes a NetBIOS name server",
      kCall<&RemoveWinsServer>},
     {"dhcp-server [<area>] set", "sets an option or a lease time"},
-    // The whole unit has no network that these could be checked against.
     {"dhcp-server <area> set subnet-mask <netmask>", "sets the subnet mask", kCall<&SetSubnetMask>},
     {"dhcp-server <area> set broadcast-address", "sets the broadcast of the place's address and mask",
      kCall<&SetBroadcastAddress>},
