@@ -1,5 +1,6 @@
 #include "reference/shell/editor.h"
 
+#include "reference/shell/screen.h"
 #include "reference/shell/walk.h"
 
 #include <algorithm>
@@ -13,7 +14,6 @@ namespace {
 
 constexpr const char* kHistoryFile = "/var/lib/conf-shell/history";
 constexpr int kHistorySize = 1000;
-constexpr std::size_t kLineWidth = 79;
 
 Editor& OwnerOf(EditLine* line) {
     void* owner = nullptr;
@@ -57,7 +57,7 @@ std::string ListWords(const ShellWords& words) {
     std::string text;
     std::size_t column = 0;
     for (const std::string& word : words) {
-        if (column > 0 && column + width > kLineWidth) {
+        if (column > 0 && column + width > LineWidth()) {
             text += '\n';
             column = 0;
         }
@@ -67,9 +67,16 @@ std::string ListWords(const ShellWords& words) {
     return text + '\n';
 }
 
+// Where nothing may stand, it says which word has led there.
 unsigned char ShowOffers(EditLine* line, const std::string& before) {
-    const std::string offers = FormatOffers(ListOffersAt(OwnerOf(line).Root(), before));
-    return Show(offers.empty() ? "  nothing may stand here\n" : offers);
+    const TreeNode& root = OwnerOf(line).Root();
+    const std::string offers = FormatOffers(ListOffersAt(root, before));
+    if (!offers.empty())
+        return Show(offers);
+    const Line split = SplitLine(before);
+    if (split.is_comment)
+        return Show("  the rest of the line is a comment\n");
+    return Show(DescribeFault(before, split, Follow(root, split.Texts())));
 }
 
 unsigned char OnTab(EditLine* line, int) {

@@ -5,6 +5,7 @@
 #include "platform/shell_tree.h"
 #include "reference/shell/families.h"
 #include "reference/shell/pattern.h"
+#include "reference/shell/screen.h"
 #include "reference/shell/tree.h"
 
 #include <algorithm>
@@ -29,6 +30,15 @@ bool IsMeant(const Command& command, const Values& words) {
     return std::any_of(forms.begin(), forms.end(), [&](const Form& form) { return BeginsSo(form, words); });
 }
 
+// The pattern, and its explanation below it. What goes on behind a full line stands deeper than both.
+std::string FormatCommand(const Command& command) {
+    constexpr std::size_t kExplanationIndent = 4;
+    constexpr std::size_t kRestIndent = 8;
+    const std::string pattern = command.pattern;
+    return (pattern.size() <= LineWidth() ? pattern : WrapBehind(kRestIndent, pattern)) + "\n" +
+           std::string(kExplanationIndent, ' ') + WrapBehind(kExplanationIndent, command.help) + "\n";
+}
+
 } // namespace
 
 bool ShowHelp(const Values& words) {
@@ -36,7 +46,7 @@ bool ShowHelp(const Values& words) {
     for (const Family& family : Families()) {
         for (const Command& command : family.commands) {
             if (IsMeant(command, words))
-                text += std::string(command.pattern) + "\n    " + command.help + "\n";
+                text += FormatCommand(command);
         }
     }
     if (text.empty()) {

@@ -80,7 +80,7 @@ bool Session::Run(const std::string& line) {
         return ShowHelp({words.begin() + 1, words.end()});
     const Position position = Follow(root_, words);
     if (position.taken < words.size() || !position.node->ends_command()) {
-        ReportLine(line, split, position);
+        shell_print_error("%s", DescribeFault(line, split, position).c_str());
         return false;
     }
     const bool is_done = RunAction(root_, words);

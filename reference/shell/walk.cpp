@@ -1,6 +1,6 @@
 #include "reference/shell/walk.h"
 
-#include "platform/console.h"
+#include "reference/shell/screen.h"
 
 #include <algorithm>
 
@@ -8,7 +8,7 @@ namespace shell {
 namespace {
 
 constexpr std::size_t kLabelWidth = 18;
-constexpr std::size_t kLineWidth = 79;
+constexpr std::size_t kHelpColumn = kLabelWidth + 4;
 constexpr const char* kHelpWord = "help";
 constexpr const char* kEndLabel = "<Enter>";
 
@@ -39,15 +39,18 @@ std::string Indent(std::size_t width) {
     return std::string(width, ' ');
 }
 
-// The words in lines below the help.
+// The words in lines below the help. A remark stays with its word: "0xB8 (EF)".
 std::string WrapWords(const ShellWords& words) {
+    constexpr char kHeld = '\x1f';
     std::string joined;
-    for (const std::string& word : words)
+    for (const std::string& word : words) {
         joined += (joined.empty() ? "" : " ") + word;
-    std::string wrapped = corvanshell::WrapStr(joined, kLineWidth - kLabelWidth - 4);
-    for (std::size_t end = wrapped.find('\n'); end != std::string::npos; end = wrapped.find('\n', end + 1))
-        wrapped.insert(end + 1, Indent(kLabelWidth + 4));
-    return Indent(kLabelWidth + 4) + wrapped + "\n";
+        if (const std::size_t remark = joined.rfind(" ("); remark != std::string::npos)
+            joined[remark] = kHeld;
+    }
+    std::string wrapped = WrapBehind(kHelpColumn, joined);
+    std::replace(wrapped.begin(), wrapped.end(), kHeld, ' ');
+    return Indent(kHelpColumn) + wrapped + "\n";
 }
 
 // The line for the terminal: what it can't show is a "?".
@@ -119,14 +122,17 @@ std::vector<Offer> ListOffersAt(const TreeNode& root, std::string_view line) {
     std::vector<Offer> offers;
     if (cursor.node == nullptr)
         return offers;
+    std::vector<Offer> others; // values that what is begun may still become
     for (const auto& stage : cursor.node->stages()) {
         ShellWords words = IsValue(*stage) ? ListValues(*stage, cursor.begun) : ShellWords();
         const bool is_meant = IsValue(*stage)
                                   ? cursor.begun.empty() || stage->match(cursor.begun) || !words.empty()
                                   : stage->partial_match(cursor.begun);
-        if (is_meant)
-            offers.push_back({stage->label(), stage->help(), std::move(words)});
+        if (is_meant || IsValue(*stage))
+            (is_meant ? offers : others).push_back({stage->label(), stage->help(), std::move(words)});
     }
+    if (offers.empty())
+        offers = std::move(others);
     if (cursor.begun.empty() && cursor.node->ends_command())
         offers.push_back({kEndLabel, "runs the command", {}});
     return offers;
@@ -136,7 +142,8 @@ std::string FormatOffers(const std::vector<Offer>& offers) {
     std::string text;
     for (const Offer& offer : offers) {
         const std::size_t columns = std::max(CountCharacters(offer.label), kLabelWidth);
-        text += "  " + offer.label + Indent(columns - CountCharacters(offer.label) + 2) + offer.help + "\n";
+        text += "  " + offer.label + Indent(columns - CountCharacters(offer.label) + 2) +
+                WrapBehind(columns + 4, offer.help) + "\n";
         if (!offer.words.empty())
             text += WrapWords(offer.words);
     }
@@ -158,7 +165,7 @@ Completion Complete(const TreeNode& root, std::string_view line) {
     return completion;
 }
 
-void ReportLine(std::string_view line, const Line& words, const Position& position) {
+std::string DescribeFault(std::string_view line, const Line& words, const Position& position) {
     const bool is_incomplete = position.taken == words.words.size();
     const TypedWord wrong =
         is_incomplete ? TypedWord{"", line.size(), line.size() + 1} : words.words[position.taken];
@@ -175,9 +182,8 @@ void ReportLine(std::string_view line, const Line& words, const Position& positi
                                               : "wrong word, in its place may stand:";
     const std::size_t width = std::max<std::size_t>(CountCharacters(line.substr(0, wrong.end)), 1);
     const std::size_t indent = CountCharacters(line.substr(0, wrong.begin));
-    shell_print_error("%s\n%s%s\n%s\n%s", Shown(line).c_str(), Indent(indent).c_str(),
-                      std::string(std::max<std::size_t>(width - indent, 1), '^').c_str(), what,
-                      FormatOffers(offers).c_str());
+    return Shown(line) + "\n" + Indent(indent) + std::string(std::max<std::size_t>(width - indent, 1), '^') +
+           "\n" + what + "\n" + FormatOffers(offers);
 }
 
 } // namespace shell

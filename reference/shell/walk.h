@@ -43,7 +43,7 @@ struct Completion {
 };
 Completion Complete(const TreeNode& root, std::string_view line);
 
-// Tells on the terminal why the line can't be run: shows it, marks its word, and says what is accepted there.
-void ReportLine(std::string_view line, const Line& words, const Position& position);
+// Why the line can't be run: the line, a mark below its wrong word, and what is accepted there.
+std::string DescribeFault(std::string_view line, const Line& words, const Position& position);
 
 } // namespace shell

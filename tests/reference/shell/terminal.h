@@ -15,7 +15,7 @@
 class Terminal {
 public:
     explicit Terminal(const char* program) {
-        winsize size{.ws_row = 50, .ws_col = 120, .ws_xpixel = 0, .ws_ypixel = 0};
+        winsize size{.ws_row = 24, .ws_col = 80, .ws_xpixel = 0, .ws_ypixel = 0};
         pid_ = forkpty(&descriptor_, nullptr, nullptr, &size);
         if (pid_ == 0) {
             setenv("TERM", "xterm", 1);
