@@ -27,7 +27,7 @@ void Plant(Branch& root, const Command& command, const Form& form) {
     for (const Token& token : form) {
         branch = &Below(*branch, token);
         branch->is_within = is_behind_value || token.place >= 0;
-        is_behind_value = is_behind_value || token.is_value;
+        is_behind_value = is_behind_value || token.is_value || token.place >= 0;
         if (std::find(branch->through.begin(), branch->through.end(), &command) == branch->through.end())
             branch->through.push_back(&command);
     }

@@ -25,8 +25,9 @@ constexpr const char* kUsage =
     "  -y, --yes           answers yes to every question\n"
     "  -k, --keep-going    goes on behind a command that fails\n"
     "  -h, --help          shows this; the command help shows the commands\n"
-    "Without -c the lines come from standard input, a terminal or a file. The exit status is 0 when every\n"
-    "command succeeded, 1 when one failed, and 2 when conf-shell was called in a wrong way.";
+    "Without -c the lines come from standard input, a terminal or a file. The exit\n"
+    "status is 0 when every command succeeded, 1 when one failed, and 2 when\n"
+    "conf-shell was called in a wrong way.";
 
 constexpr option kOptions[] = {
     {"command", required_argument, nullptr, 'c'},

@@ -29,7 +29,7 @@ constexpr Command kCommands[] = {
     {"content-filter show mode", "says whether the filter works", kCall<&ShowMode>, kShows},
     {"content-filter generate", "writes the proxy's configuration from the rules",
      [] { return ContentFilterUnit(nullptr); }},
-    {"content-filter mode <on|off>", "lets the filter work",
+    {"content-filter mode <on|off>", "switches the filter on or off",
      [](Text mode) { return SetContentFilterMode(mode == "on"); }},
     {"content-filter default", "what becomes of the rest"},
     {"content-filter default request <pass|drop>", "says what becomes of requests that no rule took",
@@ -37,6 +37,7 @@ constexpr Command kCommands[] = {
     {"content-filter default reply <pass|drop>", "says what becomes of replies that no rule took",
      kCall<&SetDefaultReplyAction>},
     {"content-filter rule", "rules, in the order in which they are tried"},
+    {"content-filter rule add <pass|drop> [position <number>] name", "the name that the rule gets"},
     {"content-filter rule add <pass|drop> [position <number>] [name <text>] [source <text>] [destination "
      "<text>] "
      "[command <text>] [mime-type <text>]",
@@ -45,6 +46,7 @@ constexpr Command kCommands[] = {
         Text mime_type) {
          return AddRule(position, name, OrAny(source), OrAny(destination), command, mime_type, action);
      }},
+    {"content-filter rule edit <number> [action <pass|drop>] name", "the name that the rule gets"},
     {"content-filter rule edit <number> [action <pass|drop>] [name <text>] [source <text>] [destination "
      "<text>] "
      "[command <text>] [mime-type <text>]",
@@ -54,6 +56,8 @@ constexpr Command kCommands[] = {
          return EditRule(position, name, source, destination, command, mime_type, action);
      }},
     {"content-filter rule move", "gives a rule another position"},
+    {"content-filter rule move <number> to", "the position that it gets"},
+    {"content-filter rule move name <filter-rule> to", "the position that it gets"},
     {"content-filter rule move <number> to <number>", "moves the rule at the position", kCall<&MoveRule>},
     {"content-filter rule move name <filter-rule> to <number>", "moves the rule of that name",
      kCall<&MoveRuleByName>},

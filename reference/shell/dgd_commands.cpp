@@ -25,14 +25,14 @@ constexpr Command kCommands[] = {
     {"inet dgd next-hop add <new-name> address", "watches a gateway by its address"},
     {"inet dgd next-hop add <new-name> address <address> [test-address <address>] <check|no-check> "
      "[<check-type>]",
-     "watches a gateway by its address; without a test address it is tested itself",
+     "watches a gateway by its address; without a test address it is tested itself; check needs a type",
      [](Text name, Text address, Text test_address, Text check, Text type) {
          return AddNextHop(name, address, test_address, check, type);
      }},
     {"inet dgd next-hop add <new-name> interface", "watches the gateway behind an interface"},
     {"inet dgd next-hop add <new-name> interface <dgd-interface> [test-address <address>] <check|no-check> "
      "[<check-type>]",
-     "watches the gateway behind an interface, modem being that of a USB modem",
+     "watches the gateway behind an interface, modem being that of a USB modem; check needs a type",
      [](Text name, Text interface, Text test_address, Text check, Text type) {
          return AddInterfaceNextHop(name, interface, test_address, check, type);
      }},

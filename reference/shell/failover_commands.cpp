@@ -48,6 +48,7 @@ constexpr Command kCommands[] = {
     {"failover show active-addresses",
      "shows on the passive node which machines answer for the active addresses", kCall<&CheckActiveAddresses>,
      kShows | kInCluster},
+    {"failover view -b", "when the time begins"},
     {"failover view -b <moment> -e <moment>", "shows the cluster's log of a time that is over, in local time",
      kCall<&ViewBetween>, kShows},
     {"failover config", "settings of the cluster"},

@@ -53,6 +53,7 @@ bool ShowHelp(const Values& words) {
         shell_print_error("no command begins so");
         return false;
     }
+    text += DescribeCompounds(text);
     ShellPager pager;
     std::FILE* const stream = pager.open();
     if (stream == nullptr)

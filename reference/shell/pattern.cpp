@@ -116,4 +116,17 @@ std::vector<Form> Expand(std::string_view pattern) {
     return Expansion().Sequence(pattern);
 }
 
+std::string DescribeCompounds(std::string_view text) {
+    std::string lines;
+    for (const Compound& compound : kCompounds) {
+        if (text.find(compound.name) == std::string_view::npos)
+            continue;
+        std::string forms(compound.forms);
+        for (std::size_t bar = forms.find('|'); bar != std::string::npos; bar = forms.find('|'))
+            forms.replace(bar, 1, " or ");
+        lines += std::string(compound.name) + " in these lines is typed as\n    " + forms + "\n";
+    }
+    return lines;
+}
+
 } // namespace shell

@@ -22,4 +22,7 @@ using Form = std::vector<Token>;
 // join the one value that it is to the action.
 std::vector<Form> Expand(std::string_view pattern);
 
+// What the values of several words that stand in the text are typed as, in lines for the help.
+std::string DescribeCompounds(std::string_view text);
+
 } // namespace shell

@@ -51,10 +51,10 @@ constexpr Command kCommands[] = {
     {"inet route add <destination> [netmask <netmask>] gateway <next-hop> [distance <distance>] [weight "
      "<weight>] "
      "[table name <table-name>] [table number <table-number>]",
-     "adds a route, or replaces one after a question; makes the table that it names; without a netmask the "
-     "route is "
-     "a host's",
+     "adds a route, or replaces one after a question; without a netmask the route is a host's; a table "
+     "that is not there yet is made by its number, alone or with its name",
      kCall<&Add>},
+    {"inet route add default gateway", "the next hop"},
     {"inet route add default gateway <next-hop> [distance <distance>] [weight <weight>] "
      "[table name <table-name>] [table number <table-number>]",
      "adds the default route", kCall<&AddDefault>},
@@ -66,6 +66,9 @@ constexpr Command kCommands[] = {
     {"inet route delete <destination> netmask <netmask> next-hop <next-hop> [table <table-number>] "
      "[table name <table-name>]",
      "deletes one route", kCall<&DeleteNextHop>},
+    {"inet route delete default table", "the routing table, the main one when it is left out"},
+    {"inet route delete default table name", "by its name"},
+    {"inet route delete default next-hop", "the next hop"},
     {"inet route delete default [table <table-number>] [table name <table-name>]",
      "deletes the default routes",
      [](Text table, Text table_name) { return DeleteMasked(kDefaultRoute, "", table, table_name); }},
@@ -74,10 +77,12 @@ constexpr Command kCommands[] = {
      [](Text gateway, Text table, Text table_name) {
          return DeleteNextHop(kDefaultRoute, "", gateway, table, table_name);
      }},
+    {"inet route clear", "deletes all routes, or those of one table, after a question"},
     {"inet route clear", "deletes all routes, after a question", kCall<&RouteClearAll>},
     {"inet route clear table", "a table of routes"},
     {"inet route clear table <table-number>", "deletes the routes of a table, after a question",
      kCall<&RouteClearTable>},
+    {"inet route clear table name", "by its name"},
     {"inet route clear table name <table-name>", "deletes the routes of a table, after a question",
      kCall<&RouteClearTableByName>},
     {"inet show routing", "shows what the routing daemon knows of all routes, page by page",
@@ -86,13 +91,16 @@ constexpr Command kCommands[] = {
     {"inet show routing static table", "static routes of one table"},
     {"inet show routing static table <table-number>", "shows the static routes of a table",
      kCall<&ShowRouteTable>, kShows},
+    {"inet show routing static table name", "by its name"},
     {"inet show routing static table name <table-name>", "shows the static routes of a table",
      kCall<&ShowRouteTableByName>, kShows},
     {"inet show routing dhcp", "shows the routes learned by DHCP", kCall<&ShowDhcpRoutes>, kShows},
+    {"inet dhcp client", "the distances of routes learned by DHCP"},
     {"inet dhcp client route-distance <distance> [default-route <distance>]",
      "sets the distances of routes learned by DHCP; no static route may have them",
      kCall<&SetDhcpRouteDistance>},
-    {"inet show dhcp client", "shows these distances, and what each interface takes from DHCP",
+    {"inet show dhcp", "what DHCP brings"},
+    {"inet show dhcp client", "shows the distances of these routes, and what each interface takes from DHCP",
      kCall<&ShowDhcpClient>, kShows},
 };
 

@@ -27,7 +27,7 @@ bool AskSecret(const char* what, std::string& secret) {
     if (::isatty(STDIN_FILENO) &&
         (!shell_get_user_response((std::string(what) + " once more:").c_str(), true, again) ||
          again != typed)) {
-        shell_print_error("this is another %s", what);
+        shell_print_error("the second %s is not the same as the first one", what);
         return false;
     }
     secret = typed;

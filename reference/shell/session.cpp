@@ -40,6 +40,25 @@ bool RunAction(TreeNode& root, const ShellWords& words) {
     }
 }
 
+constexpr const char* kModeNames[] = {"single", "cluster"};
+
+bool IsCommandIn(int mode, const ShellWords& words) {
+    Node root;
+    BuildTree(root, mode);
+    const Position position = Follow(root, words);
+    return position.taken == words.size() && position.node->ends_command();
+}
+
+// A line that this mode doesn't have.
+void Refuse(const std::string& line, const Line& split, const Position& position) {
+    const int mode = Shell::Get().Mode() == 0 ? 0 : 1;
+    if (IsCommandIn(1 - mode, split.Texts()))
+        shell_print_error("this command is there in %s mode only, and the mode is %s", kModeNames[1 - mode],
+                          kModeNames[mode]);
+    else
+        shell_print_error("%s", DescribeFault(line, split, position).c_str());
+}
+
 } // namespace
 
 Session::Session() {
@@ -80,7 +99,7 @@ bool Session::Run(const std::string& line) {
         return ShowHelp({words.begin() + 1, words.end()});
     const Position position = Follow(root_, words);
     if (position.taken < words.size() || !position.node->ends_command()) {
-        shell_print_error("%s", DescribeFault(line, split, position).c_str());
+        Refuse(line, split, position);
         return false;
     }
     const bool is_done = RunAction(root_, words);
@@ -94,7 +113,7 @@ std::string Session::Prompt() {
     char name[HOST_NAME_MAX + 1] = "";
     static_cast<void>(::gethostname(name, HOST_NAME_MAX)); // without a name the prompt is short
     const std::string host(name);
-    return host.substr(0, host.find('.')) + (Shell::Get().Mode() == 0 ? " (single)> " : " (cluster)> ");
+    return host.substr(0, host.find('.')) + " (" + kModeNames[Shell::Get().Mode() == 0 ? 0 : 1] + ")> ";
 }
 
 bool EndSession() {
