@@ -63,6 +63,10 @@ template <const char* type>
 constexpr auto kSetCustom =
     [](const Area& area, Text number, Text value) { return SetCustomOption(area, number, type, value); };
 
+constexpr auto kSetNamed = [](const Area& area, Text name, Text value) {
+    return SetNamedOption(area, name.c_str(), name.c_str(), value);
+};
+
 constexpr Command kCommands[] = {
     {"dhcp-server", "the DHCP server"},
     {"dhcp-server show", "state and settings"},
@@ -142,11 +146,15 @@ constexpr Command kCommands[] = {
     {"dhcp-server [<area>] set domain-name <domain>", "sets the domain name", kCall<&SetDomainName>},
     {"dhcp-server [<area>] set tftp-server <server> [file <text>]", "sets the TFTP server, and its boot file",
      kCall<&SetTftpServer>},
-    {"dhcp-server [<area>] set option <option> <text>",
-     "sets any other option of the daemon by its name; one that is a text is set by its number",
-     [](const Area& area, Text name, Text value) {
-         return SetNamedOption(area, name.c_str(), name.c_str(), value);
-     }},
+    {"dhcp-server [<area>] set option",
+     "sets any other option by its name; one that is a text or a single address goes by its number"},
+    {"dhcp-server [<area>] set option <flag-option> <on|off>", "sets an option that is on or off", kSetNamed},
+    {"dhcp-server [<area>] set option <byte-option> <0..255>", "sets an option to a small number", kSetNamed},
+    {"dhcp-server [<area>] set option <short-option> <0..65535>", "sets an option to a number", kSetNamed},
+    {"dhcp-server [<area>] set option <long-option> <0..4294967295>", "sets an option to a large number",
+     kSetNamed},
+    {"dhcp-server [<area>] set option <addresses-option> <addresses>", "sets an option to addresses",
+     kSetNamed},
     {"dhcp-server [<area>] set custom-option", "sets an option by its number"},
     {"dhcp-server [<area>] set custom-option <1..254> ip <address>",
      "sets an option by its number; a number has the same type everywhere", kSetCustom<kIp>},

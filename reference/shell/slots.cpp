@@ -4,6 +4,7 @@
 #include "commands/dgd/values.h"
 #include "commands/interfaces/bonding_values.h"
 #include "commands/routing/policy_values.h"
+#include "reference/shell/dhcp_options.h"
 #include "reference/shell/values.h"
 
 #include <algorithm>
@@ -51,6 +52,8 @@ struct Slot {
 constexpr Slot kSlots[] = {
     // Addresses.
     {"<address>", "an IPv4 address, such as 192.168.1.1", Text<arguments::IsAddress>},
+    {"<addresses>", "IPv4 addresses, in quotes when there are several: \"10.0.0.1, 10.0.0.2\"",
+     Text<IsAddressList>},
     {"<destination>", "an IPv4 address of a network or a host", Text<arguments::IsAddress>},
     {"<from>", "the first IPv4 address of a range", Text<arguments::IsAddress>},
     {"<mac>", "a hardware address, such as 00:11:22:33:44:55", Text<IsMacAddress>},
@@ -100,7 +103,17 @@ constexpr Slot kSlots[] = {
     {"<bytes>", "bytes as hexadecimal digits, such as 01:a0:ff", Text<IsBytes>},
     {"<new-host>", "the name of a new host", Text<arguments::IsName>},
     {"<domain>", "a domain name", Text<IsDomainName>},
-    {"<option>", "the name of an option", Text<arguments::IsName>},
+    {"<option>", "the name of an option", Live<arguments::IsName, ListAllOptions>},
+    {"<flag-option>", "an option that is on or off",
+     Live<IsOptionOf<OptionForm::kFlag>, ListOptionsOf<OptionForm::kFlag>>},
+    {"<byte-option>", "an option that is a number up to 255",
+     Live<IsOptionOf<OptionForm::kByte>, ListOptionsOf<OptionForm::kByte>>},
+    {"<short-option>", "an option that is a number up to 65535",
+     Live<IsOptionOf<OptionForm::kShort>, ListOptionsOf<OptionForm::kShort>>},
+    {"<long-option>", "an option that is any number",
+     Live<IsOptionOf<OptionForm::kLong>, ListOptionsOf<OptionForm::kLong>>},
+    {"<addresses-option>", "an option that is a list of addresses",
+     Live<IsOptionOf<OptionForm::kAddresses>, ListOptionsOf<OptionForm::kAddresses>>},
     {"<community>", "a community of SNMP", Live<IsWord, ListSnmpCommunities>},
     {"<filter-rule>", "a rule of the content filter", Live<IsText, ListFilterRules>},
     {"<host>", "a host of the DHCP server", Live<IsWord, ListDhcpHosts>},

@@ -62,6 +62,17 @@ bool IsServerName(const std::string& text) {
     return corvanshell::is_valid_ip(text) || IsDomainName(text);
 }
 
+bool IsAddressList(const std::string& text) {
+    constexpr std::string_view kSeparator = ", ";
+    std::size_t begin = 0;
+    for (std::size_t end = 0; end != std::string::npos; begin = end + kSeparator.size()) {
+        end = text.find(kSeparator, begin);
+        if (!arguments::IsAddress(text.substr(begin, end - begin)))
+            return false;
+    }
+    return true;
+}
+
 bool IsMacAddress(const std::string& text) {
     return HasForm(text, "xx:xx:xx:xx:xx:xx");
 }

@@ -20,8 +20,10 @@ class TreeTest : public support::Appliance {};
 
 // One of these is good for each value. Some take a number for a name, so names go first.
 constexpr const char* kSamples[] = {
-    "some-name", "1",    "1100", "10.0.0.1", "255.255.255.0", "00:11:22:33:44:55", "31.12.2026-23:59:59",
-    "EF",        "icmp", "slow", "stable",   "layer2",        "broadcast",         "none"};
+    "some-name", "1", "1100", "10.0.0.1", "255.255.255.0", "00:11:22:33:44:55", "31.12.2026-23:59:59", "EF",
+    "icmp", "slow", "stable", "layer2", "broadcast", "none",
+    // Options of the DHCP daemon.
+    "ip-forwarding", "boot-size", "default-ip-ttl", "arp-cache-timeout", "log-servers"};
 
 std::string SampleOf(const Token& token) {
     if (!token.is_value)
