@@ -57,7 +57,7 @@ std::string ListWords(const ShellWords& words) {
     std::string text;
     std::size_t column = 0;
     for (const std::string& word : words) {
-        if (column > 0 && column + width > LineWidth()) {
+        if (column > 0 && column + word.size() > LineWidth()) {
             text += '\n';
             column = 0;
         }

@@ -123,7 +123,7 @@ constexpr Slot kSlots[] = {
     {"<moment>", "a local time, such as 31.12.2026-23:59:59", Text<IsDateTime>},
     {"<seconds>", "a time in seconds", [] { return MakeNode(Range(1, UINT32_MAX)); }},
     {"<word>", "a word without blanks and quotes", Text<IsWord>},
-    {"<text>", "a text, in quotes when it has blanks", Text<IsText>},
+    {"<text>", "a text without double quotes and backslashes, in quotes when it has blanks", Text<IsText>},
 };
 
 Stage MakeRange(const std::string& text) {
