@@ -17,13 +17,20 @@ namespace {
 using namespace snmp;
 using Text = const std::string&;
 
-// Two users of one name could not be told apart.
-bool IsUserFree(Text name) {
-    const std::vector<std::string> names = ListUserNames();
+// Two of one name could not be told apart.
+bool IsFree(const char* what, Text name, const std::vector<std::string>& names) {
     if (std::find(names.begin(), names.end(), name) == names.end())
         return true;
-    shell_print_error("user %s already exists", name.c_str());
+    shell_print_error("%s %s already exists", what, name.c_str());
     return false;
+}
+
+bool IsUserFree(Text name) {
+    return IsFree("user", name, ListUserNames());
+}
+
+bool IsCommunityFree(Text name) {
+    return IsFree("community", name, ListCommunities());
 }
 
 bool AddUserWithPassword(Text name, Text auth_type) {
@@ -68,8 +75,10 @@ constexpr Command kCommands[] = {
     {"snmp v3 traps on", "sends traps", kCall<&EnableV3Traps>},
     {"snmp v3 traps off", "sends no traps", kCall<&DisableV3Traps>},
     {"snmp community", "communities that may read"},
-    {"snmp community add <word>", "adds a community", kCall<&AddCommunity>},
-    {"snmp community rename <community> <word>", "gives a community another name", kCall<&RenameCommunity>},
+    {"snmp community add <word>", "adds a community",
+     [](Text name) { return IsCommunityFree(name) && AddCommunity(name); }},
+    {"snmp community rename <community> <word>", "gives a community another name",
+     [](Text name, Text new_name) { return IsCommunityFree(new_name) && RenameCommunity(name, new_name); }},
     {"snmp community delete <community>", "removes a community", kCall<&DeleteCommunity>},
     {"snmp trap-receiver", "receivers of SNMPv1 and SNMPv2c traps"},
     {"snmp trap-receiver add <v1|v2|inform> <server> <1..65535> <udp|tcp> community <community>",
