@@ -63,45 +63,98 @@ void Grow(TreeNode& parent, const Branch& branch) {
     }
 }
 
-// The rows of the lines that begin with one word.
-struct Trunk {
-    std::string word;
-    std::vector<const Command*> rows;
+using Rows = std::vector<const Command*>;
 
-    // That of the row that is the word alone, otherwise of the only one.
+// The rows of the lines that begin with the same words.
+struct Trunk {
+    std::string words;
+    std::size_t depth; // how many words
+    Rows rows;
+
+    bool IsAll(const Command& row) const { return row.pattern == words; }
+
+    // The row of the words alone that has an action, null when there is none.
+    const Command* End() const {
+        const auto end = std::find_if(rows.begin(), rows.end(), [this](const Command* row) {
+            return row->run != nullptr && IsAll(*row);
+        });
+        return end != rows.end() ? *end : nullptr;
+    }
+
+    // That of the heading, otherwise of the words alone, otherwise of the only command.
     const char* Help() const {
         for (const Command* const row : rows) {
-            if (row->pattern == word)
+            if (row->run == nullptr && IsAll(*row))
                 return row->help;
         }
-        return rows.size() == 1 ? rows[0]->help : "";
+        if (const Command* const end = End())
+            return end->help;
+        const auto is_command = [](const Command* row) { return row->run != nullptr; };
+        return std::count_if(rows.begin(), rows.end(), is_command) == 1
+                   ? (*std::find_if(rows.begin(), rows.end(), is_command))->help
+                   : "";
     }
 };
 
-std::vector<Trunk> SortByFirstWord(int mode) {
+// What stands behind the words in the pattern up to the next blank, "" at its end.
+std::string_view NextToken(const Command& row, const std::string& words) {
+    std::string_view rest = row.pattern;
+    rest.remove_prefix(std::min(words.empty() ? 0 : words.size() + 1, rest.size()));
+    return rest.substr(0, rest.find(' '));
+}
+
+// Sorts rows by the word behind those that they begin with. Words that lead to no command are left out.
+std::vector<Trunk> SortByNextWord(const Trunk& parent) {
     std::vector<Trunk> trunks;
-    for (const Family& family : Families()) {
-        for (const Command& row : family.commands) {
-            if (!IsInMode(row, mode))
-                continue;
-            const std::string_view pattern = row.pattern;
-            const std::string_view word = pattern.substr(0, pattern.find(' '));
-            auto trunk = std::find_if(trunks.begin(), trunks.end(),
-                                      [&](const Trunk& known) { return known.word == word; });
-            if (trunk == trunks.end())
-                trunk = trunks.insert(trunk, {std::string(word), {}});
-            trunk->rows.push_back(&row);
-        }
+    for (const Command* const row : parent.rows) {
+        const std::string_view next = NextToken(*row, parent.words);
+        if (next.empty())
+            continue;
+        const std::string words = parent.words + (parent.words.empty() ? "" : " ") + std::string(next);
+        auto trunk = std::find_if(trunks.begin(), trunks.end(),
+                                  [&](const Trunk& known) { return known.words == words; });
+        if (trunk == trunks.end())
+            trunk = trunks.insert(trunk, {words, parent.depth + 1, {}});
+        trunk->rows.push_back(row);
     }
+    std::erase_if(trunks, [](const Trunk& trunk) {
+        return std::none_of(trunk.rows.begin(), trunk.rows.end(),
+                            [](const Command* row) { return row->run != nullptr; });
+    });
     return trunks;
 }
 
+void GrowTrunk(TreeNode& node, const Trunk& trunk);
+
+// A word's own stages are made when it is typed: most lines need few of the rows.
+void AddTrunks(TreeNode& node, const Trunk& parent) {
+    for (Trunk& trunk : SortByNextWord(parent)) {
+        const std::string word = trunk.words.substr(parent.words.empty() ? 0 : parent.words.size() + 1);
+        TreeNode& stage = node.add(std::make_unique<WordNode>(word));
+        stage.set_help(word, trunk.Help());
+        stage.set_growth([trunk = std::move(trunk)](TreeNode& grown) { GrowTrunk(grown, trunk); });
+    }
+}
+
 void GrowTrunk(TreeNode& node, const Trunk& trunk) {
-    const Branch top = PlantRows(trunk.rows);
-    const Branch& branch = top.branches.front();
-    if (branch.end != nullptr)
-        node.set_action(MakeAction(*branch.end, branch.form));
-    Grow(node, branch);
+    const bool goes_on_with_words =
+        std::all_of(trunk.rows.begin(), trunk.rows.end(), [&](const Command* row) {
+            const std::string_view next = NextToken(*row, trunk.words);
+            return !next.starts_with('<') && !next.starts_with('[');
+        });
+    if (goes_on_with_words) {
+        if (const Command* const end = trunk.End())
+            node.set_action(MakeAction(*end, Expand(end->pattern).front()));
+        AddTrunks(node, trunk);
+        return;
+    }
+    const Branch root = PlantRows(trunk.rows);
+    const Branch* branch = &root;
+    for (std::size_t word = 0; word < trunk.depth; ++word)
+        branch = &branch->branches.front();
+    if (branch->end != nullptr)
+        node.set_action(MakeAction(*branch->end, branch->form));
+    Grow(node, *branch);
 }
 
 } // namespace
@@ -111,11 +164,14 @@ bool IsInMode(const Command& command, int mode) {
 }
 
 void BuildTree(TreeNode& root, int mode) {
-    for (Trunk& trunk : SortByFirstWord(mode)) {
-        TreeNode& node = root.add(std::make_unique<WordNode>(trunk.word));
-        node.set_help(trunk.word, trunk.Help());
-        node.set_growth([trunk = std::move(trunk)](TreeNode& grown) { GrowTrunk(grown, trunk); });
+    Trunk all{"", 0, {}};
+    for (const Family& family : Families()) {
+        for (const Command& row : family.commands) {
+            if (IsInMode(row, mode))
+                all.rows.push_back(&row);
+        }
     }
+    AddTrunks(root, all);
 }
 
 } // namespace shell
