@@ -2,7 +2,6 @@
 
 #include "reference/shell/command.h"
 
-#include <array>
 #include <span>
 
 // The tables of commands, one for each family.

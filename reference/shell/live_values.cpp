@@ -12,6 +12,7 @@
 #include <set>
 
 namespace shell {
+
 // Those of the settings and those of the system, which may be apart.
 ShellWords ListInterfaces() {
     const corvanshell::CConfStruct record(path_list::local_settings, true);

@@ -3,8 +3,6 @@
 #include "platform/shell_tree.h"
 #include "reference/shell/families.h"
 
-#include <string>
-
 // The tree that lines are typed at.
 
 namespace shell {

@@ -3,7 +3,6 @@
 #include "platform/shell_tree.h"
 
 #include <string>
-#include <utility>
 
 // The arguments of the shell's own lines, as values of stages. Their checks are those of form alone: what is
 // known to the settings, the actions say themselves.
@@ -53,8 +52,7 @@ private:
     unsigned long high_;
 };
 
-// Checks of form.
-// Nothing that passes can end a quoted text in a daemon's file.
+// Checks of form. No text that passes can end a quoted one in a daemon's file.
 bool IsText(const std::string& text); // without double quotes, backslashes and control characters
 bool IsWord(const std::string& text); // the same without blanks, and not empty
 bool IsDomainName(const std::string& text);
