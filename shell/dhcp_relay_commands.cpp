@@ -1,0 +1,51 @@
+#include "shell/families.h"
+#include "units/dhcp_relay/listen_interfaces.h"
+#include "units/dhcp_relay/lookup.h"
+#include "units/dhcp_relay/report.h"
+#include "units/dhcp_relay/servers.h"
+#include "units/dhcp_relay/unit.h"
+
+namespace shell {
+namespace {
+
+using namespace settings::dhcp_relay;
+using Text = const std::string&;
+
+std::string ServerId(const std::string& role) {
+    return role == "external" ? kExternalServer : kBackupServer;
+}
+
+constexpr Command kCommands[] = {
+    {"dhcp-relay", "DHCP relays"},
+    {"dhcp-relay show", "state and settings"},
+    {"dhcp-relay show settings [<relay>]", "shows the relays and their state", kCall<&PrintDhcpRelays>,
+     kShows},
+    {"dhcp-relay show file", "shows the settings file as it is", kCall<&DumpRelaySettings>, kShows},
+    {"dhcp-relay generate", "writes the daemons' settings", [] { return DhcpRelayUnit(nullptr); }},
+    {"dhcp-relay <relay> server", "servers behind the relay"},
+    {"dhcp-relay <relay> server add", "adds a server"},
+    {"dhcp-relay <relay> server add <external|backup> <server> interface <interface>",
+     "adds a server, which is reached through the interface; the first one makes the relay",
+     [](Text relay, Text role, Text server, Text interface) {
+         return AddRelayServer(relay, ServerId(role), server, interface);
+     }},
+    {"dhcp-relay <relay> server delete", "removes a server"},
+    {"dhcp-relay <relay> server delete <external|backup> <server> interface <interface>", "removes a server",
+     [](Text relay, Text role, Text server, Text interface) {
+         return RemoveRelayServer(relay, ServerId(role), server, interface);
+     }},
+    {"dhcp-relay <relay> listen", "interfaces whose clients the relay serves"},
+    {"dhcp-relay <relay> listen add <interface>", "adds an interface whose clients the relay serves",
+     kCall<&AddRelayListenInterface>},
+    {"dhcp-relay <relay> listen delete <interface>", "removes an interface",
+     kCall<&RemoveRelayListenInterface>},
+    {"dhcp-relay <relay> delete", "removes the relay", kCall<&EraseRelay>},
+};
+
+} // namespace
+
+std::span<const Command> DhcpRelayCommands() {
+    return kCommands;
+}
+
+} // namespace shell
