@@ -21,14 +21,14 @@ struct Channel {
 std::vector<Channel> ReadChannels() {
     std::vector<Channel> channels;
     std::string text;
-    if (const int error = reference::ReadText(path_list::failover_settings, reference::ini_limit, text)) {
+    if (const int error = linux_platform::ReadText(path_list::failover_settings, linux_platform::ini_limit, text)) {
         if (error != ENOENT)
             shell_log_error("%s: failed to read: %s", path_list::failover_settings.c_str(),
                             std::strerror(error));
         return channels;
     }
     std::size_t ignored = 0; // what is no line of a channel is no matter of ours
-    for (const reference::IniSection& section : reference::ParseIni(text, ignored))
+    for (const linux_platform::IniSection& section : linux_platform::ParseIni(text, ignored))
         if (section.name == "channel")
             channels.push_back({section.get("device"), section.get("activeip")});
     return channels;

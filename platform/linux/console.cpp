@@ -16,7 +16,7 @@
 namespace {
 
 void PrintLine(std::FILE* stream, const char* format, std::va_list arguments) {
-    std::string text = reference::FormatText(format, arguments);
+    std::string text = linux_platform::FormatText(format, arguments);
     if (text.empty() || text.back() != '\n')
         text += '\n';
     std::cout.flush();
@@ -70,7 +70,7 @@ bool ReadAnswer(HeldInterrupt& interrupt, std::string& answer) {
         std::clearerr(stdin); // a terminal goes on
         return false;
     }
-    answer = reference::Trim({line, static_cast<std::size_t>(length)});
+    answer = linux_platform::Trim({line, static_cast<std::size_t>(length)});
     return true;
 }
 
@@ -130,7 +130,7 @@ void shell_print_info(const char* format, ...) {
 int shell_get_user_confirmation(const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    const std::string question = reference::FormatText(format, arguments) + " [y/N] ";
+    const std::string question = linux_platform::FormatText(format, arguments) + " [y/N] ";
     va_end(arguments);
     if (all_confirmed) {
         ShowQuestion(question + "yes\n");

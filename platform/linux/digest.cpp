@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <system_error>
 
-namespace reference {
+namespace linux_platform {
 
 std::string Sha256Of(int descriptor) {
     const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(), EVP_MD_CTX_free);
@@ -31,4 +31,4 @@ std::string Sha256Of(int descriptor) {
     return text;
 }
 
-} // namespace reference
+} // namespace linux_platform

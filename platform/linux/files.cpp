@@ -5,7 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace reference {
+namespace linux_platform {
 
 void Descriptor::reset() {
     if (number_ >= 0)
@@ -61,4 +61,4 @@ int ReadText(const std::string& path, std::size_t limit, std::string& text) {
     return 0;
 }
 
-} // namespace reference
+} // namespace linux_platform

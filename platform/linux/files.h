@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-namespace reference {
+namespace linux_platform {
 
 // Owns an open descriptor.
 class Descriptor {
@@ -40,4 +40,4 @@ long ReadSome(int descriptor, char* buffer, std::size_t size);
 // Reads a whole regular file of at most `limit` bytes. 0, or the error's number (EFBIG: it is longer).
 [[nodiscard]] int ReadText(const std::string& path, std::size_t limit, std::string& text);
 
-} // namespace reference
+} // namespace linux_platform

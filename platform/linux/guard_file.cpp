@@ -14,7 +14,7 @@
 #include <system_error>
 #include <unistd.h>
 
-namespace reference {
+namespace linux_platform {
 
 namespace {
 
@@ -168,4 +168,4 @@ void WriteGuard(const std::string& path, const std::vector<GuardLine>& lines) {
         ThrowError("failed to rename temporary file");
 }
 
-} // namespace reference
+} // namespace linux_platform

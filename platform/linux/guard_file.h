@@ -6,7 +6,7 @@
 
 // The text of a guard: "<64 hex digits>  <absolute path>" a line, as sha256sum(1) writes it.
 
-namespace reference {
+namespace linux_platform {
 
 struct GuardLine {
     std::string digest; // lower-case hex digits
@@ -30,4 +30,4 @@ Guard ReadGuard(const std::string& path);
 // std::system_error, and then the old guard is as it was.
 void WriteGuard(const std::string& path, const std::vector<GuardLine>& lines);
 
-} // namespace reference
+} // namespace linux_platform

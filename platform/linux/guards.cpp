@@ -20,8 +20,8 @@
 namespace {
 
 namespace fs = std::filesystem;
-using reference::Guard;
-using reference::GuardLine;
+using linux_platform::Guard;
+using linux_platform::GuardLine;
 using Files = std::vector<std::string>;
 
 enum Mode { kOneFile = 0, kOneOfSeveral = 1, kSeveralFiles = 3 };
@@ -47,9 +47,9 @@ Files Collect(std::va_list arguments) {
 
 // Nothing when the file does not exist; throws when it can't be read.
 std::optional<std::string> DigestOf(const std::string& path) {
-    const reference::Descriptor file = reference::OpenRegular(path);
+    const linux_platform::Descriptor file = linux_platform::OpenRegular(path);
     if (file.IsOpen())
-        return reference::Sha256Of(file.get());
+        return linux_platform::Sha256Of(file.get());
     if (errno == ENOENT || errno == ENOTDIR)
         return std::nullopt;
     throw std::system_error(errno, std::generic_category(), path);
@@ -66,7 +66,7 @@ bool Matches(const GuardLine& line) {
 
 // The first of the files that is not what the guard says of it, or null.
 const std::string* FindMismatch(const std::string& guard_path, const Files& files) {
-    const Guard guard = reference::ReadGuard(guard_path);
+    const Guard guard = linux_platform::ReadGuard(guard_path);
     if (guard.damaged)
         return nullptr;
     const auto file = std::find_if(files.begin(), files.end(), [&](const std::string& path) {
@@ -92,7 +92,7 @@ void UpdateGuard(const std::string& path, int mode, const Files& files) {
         throw std::invalid_argument("unknown mode " + std::to_string(mode));
     Guard guard;
     if (mode != kOneFile) {
-        guard = reference::ReadGuard(path);
+        guard = linux_platform::ReadGuard(path);
         if (guard.damaged)
             shell_log_warning("%s: guard is damaged, its readable lines are kept", path.c_str());
     }
@@ -104,7 +104,7 @@ void UpdateGuard(const std::string& path, int mode, const Files& files) {
     }
     if (mode != kOneFile && path == path_list::settings_guard)
         LinkRecordGuards(files);
-    reference::WriteGuard(path, guard.lines);
+    linux_platform::WriteGuard(path, guard.lines);
 }
 
 } // namespace
@@ -148,7 +148,7 @@ namespace PwdGen {
 
 void PWDGCheckCrgOfFile(const char* file, const char* guard_path) {
     const std::string name = GuardedName(file);
-    const Guard guard = reference::ReadGuard(guard_path);
+    const Guard guard = linux_platform::ReadGuard(guard_path);
     if (guard.damaged)
         throw std::runtime_error(std::string(guard_path) + ": guard is damaged");
     const GuardLine* line = guard.find(name);
@@ -166,7 +166,7 @@ void SaveCrgToFile(const char* file, const char* guard) {
     auto digest = DigestOf(name);
     if (!digest)
         throw std::system_error(ENOENT, std::generic_category(), name);
-    reference::WriteGuard(GuardedName(guard), {{*std::move(digest), name}});
+    linux_platform::WriteGuard(GuardedName(guard), {{*std::move(digest), name}});
 }
 
 } // namespace CHCRG

@@ -8,10 +8,10 @@
 
 Ini::Ini(const std::string& path) {
     std::string text;
-    if (const int error = reference::ReadText(path, reference::ini_limit, text))
+    if (const int error = linux_platform::ReadText(path, linux_platform::ini_limit, text))
         throw std::runtime_error(std::strerror(error));
     std::size_t bad_line = 0;
-    for (reference::IniSection& section : reference::ParseIni(text, bad_line))
+    for (linux_platform::IniSection& section : linux_platform::ParseIni(text, bad_line))
         for (auto& [key, value] : section.values)
             values_[{section.name, key}] = std::move(value);
     if (bad_line != 0)

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace reference {
+namespace linux_platform {
 namespace {
 
 // A comment stands on a line of its own, or behind a value and a blank.
@@ -48,4 +48,4 @@ std::vector<IniSection> ParseIni(std::string_view text, std::size_t& bad_line) {
     return sections;
 }
 
-} // namespace reference
+} // namespace linux_platform

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace reference {
+namespace linux_platform {
 
 constexpr std::size_t ini_limit = 1024 * 1024;
 
@@ -23,4 +23,4 @@ struct IniSection {
 // there is none; such a line is passed over.
 std::vector<IniSection> ParseIni(std::string_view text, std::size_t& bad_line);
 
-} // namespace reference
+} // namespace linux_platform

@@ -83,7 +83,7 @@ void PutLine(int level, Text line) {
 
 void PutText(int level, const char* format, std::va_list arguments) {
     const int error = errno;
-    for (const std::string& line : reference::SplitLines(reference::FormatText(format, arguments)))
+    for (const std::string& line : linux_platform::SplitLines(linux_platform::FormatText(format, arguments)))
         PutLine(level, line);
     errno = error;
 }
@@ -144,7 +144,7 @@ void shell_log_event(int level, int, const char* format, std::va_list arguments)
     if (level != log.pending_level)
         PutPending();
     log.pending_level = level;
-    log.pending += reference::FormatText(format, arguments);
+    log.pending += linux_platform::FormatText(format, arguments);
     for (std::size_t end = 0; (end = log.pending.find('\n')) != std::string::npos;) {
         PutLine(level, Text(log.pending).substr(0, end));
         log.pending.erase(0, end + 1);

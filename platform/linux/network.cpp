@@ -61,8 +61,8 @@ bool IsLabel(std::string_view label) {
 // Runs a program whose complaints are not for the terminal: its caller tells the administrator in the
 // system's own words. False when it fails.
 bool Ask(const std::vector<std::string>& arguments, std::string& output) {
-    const reference::Descriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
-    return reference::CollectProgram(arguments, {-1, -1, nowhere.get()}, output) == 0;
+    const linux_platform::Descriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
+    return linux_platform::CollectProgram(arguments, {-1, -1, nowhere.get()}, output) == 0;
 }
 
 } // namespace
@@ -166,7 +166,7 @@ bool set_interface_mtu(const std::string& name, int mtu) {
     }
     name.copy(request.ifr_name, name.size());
     request.ifr_mtu = mtu;
-    const reference::Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    const linux_platform::Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
     if (!socket.IsOpen() || ::ioctl(socket.get(), SIOCSIFMTU, &request) != 0) {
         shell_log_error("%s: failed to set MTU to %d: %s", name.c_str(), mtu, std::strerror(errno));
         return false;
@@ -178,7 +178,7 @@ bool get_dhcp_distance(std::string& distance, const std::string& kind) {
     std::string output;
     if (!Ask({"/usr/bin/vtysh", "-d", "zdhcpd", "-c", "show running-config"}, output))
         return false;
-    for (const std::string& line : reference::SplitLines(output)) {
+    for (const std::string& line : linux_platform::SplitLines(output)) {
         std::istringstream words(line);
         std::string key, value, default_key, default_value;
         words >> key >> value >> default_key >> default_value;
@@ -191,14 +191,14 @@ bool get_dhcp_distance(std::string& distance, const std::string& kind) {
 
 bool is_service_licensed(const std::string& service) {
     std::string text;
-    if (const int error = reference::ReadText(licensed_services, licence_limit, text)) {
+    if (const int error = linux_platform::ReadText(licensed_services, licence_limit, text)) {
         if (error != ENOENT)
             shell_log_error("%s: failed to read: %s", licensed_services, std::strerror(error));
         return error == ENOENT;
     }
-    const auto lines = reference::SplitLines(text);
+    const auto lines = linux_platform::SplitLines(text);
     return std::any_of(lines.begin(), lines.end(),
-                       [&](const std::string& line) { return reference::Trim(line) == service; });
+                       [&](const std::string& line) { return linux_platform::Trim(line) == service; });
 }
 
 } // namespace corvanshell

@@ -27,7 +27,7 @@ std::FILE* ShellPager::open() {
     wait();
     if (!::isatty(STDOUT_FILENO))
         return stream_ = stdout;
-    reference::Descriptor memory(::memfd_create("pager", MFD_CLOEXEC));
+    linux_platform::Descriptor memory(::memfd_create("pager", MFD_CLOEXEC));
     if (::access(pager_program, X_OK) != 0 || !memory.IsOpen()) {
         shell_print_error("failed to start pager %s: %s", pager_program, std::strerror(errno));
         return nullptr;
@@ -41,10 +41,10 @@ std::FILE* ShellPager::open() {
 bool ShellPager::print_file(const std::string& path) {
     if (!stream_)
         return false;
-    const reference::Descriptor file = reference::OpenRegular(path);
+    const linux_platform::Descriptor file = linux_platform::OpenRegular(path);
     char buffer[16384];
     long count = file.IsOpen() ? 0 : -1;
-    while (file.IsOpen() && (count = reference::ReadSome(file.get(), buffer, sizeof buffer)) > 0)
+    while (file.IsOpen() && (count = linux_platform::ReadSome(file.get(), buffer, sizeof buffer)) > 0)
         std::fwrite(buffer, 1, static_cast<std::size_t>(count), stream_);
     if (count < 0)
         shell_print_error("%s: failed to read: %s", path.c_str(), std::strerror(errno));
@@ -61,9 +61,9 @@ void ShellPager::wait() {
         return;
     ::lseek(::fileno(stream), 0, SEEK_SET);
     // In its secure mode the pager starts no shell and opens no other file. A text of one page is just shown.
-    const int status = reference::RunProgram({"/usr/bin/env", "LESSSECURE=1", pager_program, "-FX"},
+    const int status = linux_platform::RunProgram({"/usr/bin/env", "LESSSECURE=1", pager_program, "-FX"},
                                              {::fileno(stream), -1, -1});
     if (status != 0)
-        shell_print_error("pager %s failed with status %d", pager_program, reference::ExitStatus(status));
+        shell_print_error("pager %s failed with status %d", pager_program, linux_platform::ExitStatus(status));
     std::fclose(stream);
 }

@@ -55,7 +55,7 @@ int shell_spawn(const char* program, ...) {
     va_start(list, program);
     const Arguments arguments = Collect(program, list);
     va_end(list);
-    return reference::ExitStatus(reference::RunProgram(arguments));
+    return linux_platform::ExitStatus(linux_platform::RunProgram(arguments));
 }
 
 int shell_spawn_quiet(const char* program, ...) {
@@ -63,37 +63,37 @@ int shell_spawn_quiet(const char* program, ...) {
     va_start(list, program);
     const Arguments arguments = Collect(program, list);
     va_end(list);
-    const reference::Descriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
-    return reference::ExitStatus(reference::RunProgram(arguments, {-1, nowhere.get(), nowhere.get()}));
+    const linux_platform::Descriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
+    return linux_platform::ExitStatus(linux_platform::RunProgram(arguments, {-1, nowhere.get(), nowhere.get()}));
 }
 
 ShellProcess::ShellProcess(std::vector<std::string> arguments) : arguments_(std::move(arguments)) {}
 
 void ShellProcess::Run() {
     std::string output;
-    error_ = ProgramError(reference::CollectProgram(arguments_, {}, output));
-    output_ = reference::SplitLines(output);
+    error_ = ProgramError(linux_platform::CollectProgram(arguments_, {}, output));
+    output_ = linux_platform::SplitLines(output);
 }
 
 int BaseExec::run(const std::string& command) {
-    return reference::RunProgram(ShellLine(command));
+    return linux_platform::RunProgram(ShellLine(command));
 }
 
 namespace corvanshell {
 
 int run(const char* command, std::string& output) {
     std::string text;
-    const int status = reference::CollectProgram(ShellLine(command), {}, text);
+    const int status = linux_platform::CollectProgram(ShellLine(command), {}, text);
     text.erase(text.find_last_not_of('\n') + 1);
     output = std::move(text);
-    return reference::ExitStatus(status);
+    return linux_platform::ExitStatus(status);
 }
 
 int run(const char* command, std::vector<std::string>& lines) {
     std::string text;
-    const int status = reference::CollectProgram(ShellLine(command), {}, text);
-    lines = reference::SplitLines(text);
-    return reference::ExitStatus(status);
+    const int status = linux_platform::CollectProgram(ShellLine(command), {}, text);
+    lines = linux_platform::SplitLines(text);
+    return linux_platform::ExitStatus(status);
 }
 
 } // namespace corvanshell
@@ -104,12 +104,12 @@ pid_t read_pid(const char* name, bool quiet) {
         return 0;
     const std::string path = std::string("/run/") + name + ".pid";
     std::string text;
-    if (const int error = reference::ReadText(path, record_limit, text)) {
+    if (const int error = linux_platform::ReadText(path, record_limit, text)) {
         if (!quiet && error != ENOENT)
             shell_print_error("%s: failed to read: %s", path.c_str(), std::strerror(error));
         return 0;
     }
-    const std::string_view number = reference::Trim(text);
+    const std::string_view number = linux_platform::Trim(text);
     pid_t pid = 0;
     const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), pid);
     if (error == std::errc() && end == number.data() + number.size() && pid > 0)

@@ -11,7 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace reference {
+namespace linux_platform {
 
 namespace {
 
@@ -148,4 +148,4 @@ int ExitStatus(int wait_status) {
     return WIFSIGNALED(wait_status) ? 128 + WTERMSIG(wait_status) : WEXITSTATUS(wait_status);
 }
 
-} // namespace reference
+} // namespace linux_platform

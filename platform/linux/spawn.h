@@ -5,7 +5,7 @@
 
 // Outside programs, run to their end.
 
-namespace reference {
+namespace linux_platform {
 
 // The descriptors that a program gets as its standard streams; -1 leaves it ours.
 struct Streams {
@@ -25,4 +25,4 @@ int CollectProgram(const std::vector<std::string>& arguments, Streams streams, s
 // The exit status as a shell tells it: 128 + the signal's number, 127 for a program that can't be started.
 int ExitStatus(int wait_status);
 
-} // namespace reference
+} // namespace linux_platform

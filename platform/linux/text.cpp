@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <cstdio>
 
-namespace reference {
+namespace linux_platform {
 
 std::string FormatText(const char* format, std::va_list arguments) {
     const int error = errno;
@@ -39,4 +39,4 @@ std::string_view Trim(std::string_view text) {
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-} // namespace reference
+} // namespace linux_platform

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace reference {
+namespace linux_platform {
 
 // The finished text of a printf-style call. errno is as before, so that %m tells the caller's error.
 [[gnu::format(printf, 1, 0)]] std::string FormatText(const char* format, std::va_list arguments);
@@ -16,4 +16,4 @@ std::vector<std::string> SplitLines(std::string_view text);
 // The text without white space at its ends.
 std::string_view Trim(std::string_view text);
 
-} // namespace reference
+} // namespace linux_platform
