@@ -5,7 +5,7 @@
 #include "shell/values.h"
 #include "settings/file.h"
 #include "units/content_filter/rules.h"
-#include "units/dhcp_server/gates.h"
+#include "units/dhcp_server/model/gates.h"
 #include "units/snmp/communities.h"
 #include "units/snmp/users.h"
 

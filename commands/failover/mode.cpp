@@ -10,7 +10,7 @@
 #include "platform/shell_tree.h"
 #include "records/common_conf_struct.h"
 #include "records/conf_struct.h"
-#include "units/dhcp_server/gates.h"
+#include "units/dhcp_server/model/gates.h"
 
 #include <cstdio>
 #include <initializer_list>

@@ -6,7 +6,7 @@
 #include "platform/path_list.h"
 #include "records/conf_struct.h"
 #include "units/dhcp_relay/lookup.h"
-#include "units/dhcp_server/gates.h"
+#include "units/dhcp_server/model/gates.h"
 
 #include <cerrno>
 #include <cstring>

@@ -7,8 +7,8 @@
 #include "records/conf_struct.h"
 #include "settings/file.h"
 #include "settings/text.h"
-#include "units/dhcp_server/addresses.h"
-#include "units/dhcp_server/options.h"
+#include "units/dhcp_server/model/addresses.h"
+#include "units/dhcp_server/model/options.h"
 
 #include <cerrno>
 #include <cstring>

@@ -2,7 +2,7 @@
 
 #include "front/unit_query.h"
 #include "platform/console.h"
-#include "units/dhcp_server/gates.h"
+#include "units/dhcp_server/model/gates.h"
 
 namespace settings::dhcp_server {
 

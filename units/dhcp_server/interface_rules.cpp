@@ -7,10 +7,10 @@
 #include "platform/path_list.h"
 #include "records/common_conf_struct.h"
 #include "units/dhcp_relay/lookup.h"
-#include "units/dhcp_server/address_rules.h"
-#include "units/dhcp_server/addresses.h"
-#include "units/dhcp_server/area.h"
-#include "units/dhcp_server/gates.h"
+#include "units/dhcp_server/model/address_rules.h"
+#include "units/dhcp_server/model/addresses.h"
+#include "units/dhcp_server/model/area.h"
+#include "units/dhcp_server/model/gates.h"
 
 namespace settings::dhcp_server {
 namespace {

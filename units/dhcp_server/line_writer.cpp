@@ -1,7 +1,7 @@
 #include "units/dhcp_server/line_writer.h"
 
 #include "platform/console.h"
-#include "units/dhcp_server/paths.h"
+#include "units/dhcp_server/model/paths.h"
 
 #include <cerrno>
 #include <cstring>

@@ -1,7 +1,7 @@
 #include "units/dhcp_server/option_writer.h"
 
 #include "platform/console.h"
-#include "units/dhcp_server/address_rules.h"
+#include "units/dhcp_server/model/address_rules.h"
 #include "units/dhcp_server/line_writer.h"
 
 #include <map>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "settings/node.h"
-#include "units/dhcp_server/area.h"
+#include "units/dhcp_server/model/area.h"
 #include "units/dhcp_server/tree_writer.h"
 
 // The options of a walk.

@@ -5,9 +5,9 @@
 #include "platform/console.h"
 #include "platform/processes.h"
 #include "records/common_conf_struct.h"
-#include "units/dhcp_server/area.h"
-#include "units/dhcp_server/gates.h"
-#include "units/dhcp_server/paths.h"
+#include "units/dhcp_server/model/area.h"
+#include "units/dhcp_server/model/gates.h"
+#include "units/dhcp_server/model/paths.h"
 #include "units/dhcp_server/tree_writer.h"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 
 #include "front/unit_query.h"
 #include "platform/console.h"
-#include "units/dhcp_server/area.h"
-#include "units/dhcp_server/paths.h"
+#include "units/dhcp_server/model/area.h"
+#include "units/dhcp_server/model/paths.h"
 #include "units/dhcp_server/single_options.h"
 
 #include <cerrno>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "units/dhcp_server/area.h"
+#include "units/dhcp_server/model/area.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "settings/file.h"
-#include "units/dhcp_server/area.h"
+#include "units/dhcp_server/model/area.h"
 #include "units/dhcp_server/walk_memory.h"
 
 #include <cstdio>

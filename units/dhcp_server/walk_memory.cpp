@@ -1,7 +1,7 @@
 #include "units/dhcp_server/walk_memory.h"
 
 #include "platform/path_list.h"
-#include "units/dhcp_server/area.h"
+#include "units/dhcp_server/model/area.h"
 
 namespace settings::dhcp_server {
 namespace {

@@ -1,8 +1,8 @@
 #include "tests/units/dhcp_server/server_fixture.h"
-#include "units/dhcp_server/address_rules.h"
-#include "units/dhcp_server/addresses.h"
-#include "units/dhcp_server/gates.h"
-#include "units/dhcp_server/options.h"
+#include "units/dhcp_server/model/address_rules.h"
+#include "units/dhcp_server/model/addresses.h"
+#include "units/dhcp_server/model/gates.h"
+#include "units/dhcp_server/model/options.h"
 
 #include <unistd.h>
 

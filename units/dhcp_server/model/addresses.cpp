@@ -1,4 +1,4 @@
-#include "units/dhcp_server/addresses.h"
+#include "units/dhcp_server/model/addresses.h"
 
 #include "platform/console.h"
 

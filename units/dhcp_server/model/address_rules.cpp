@@ -1,9 +1,9 @@
-#include "units/dhcp_server/address_rules.h"
+#include "units/dhcp_server/model/address_rules.h"
 
 #include "platform/console.h"
 #include "platform/network.h"
-#include "units/dhcp_server/addresses.h"
-#include "units/dhcp_server/options.h"
+#include "units/dhcp_server/model/addresses.h"
+#include "units/dhcp_server/model/options.h"
 
 namespace settings::dhcp_server {
 namespace {

@@ -1,8 +1,8 @@
-#include "units/dhcp_server/options.h"
+#include "units/dhcp_server/model/options.h"
 
 #include "platform/console.h"
 #include "platform/network.h"
-#include "units/dhcp_server/subnet_view.h"
+#include "units/dhcp_server/model/subnet_view.h"
 
 namespace settings::dhcp_server {
 namespace {

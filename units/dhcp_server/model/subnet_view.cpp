@@ -1,6 +1,6 @@
-#include "units/dhcp_server/subnet_view.h"
+#include "units/dhcp_server/model/subnet_view.h"
 
-#include "units/dhcp_server/addresses.h"
+#include "units/dhcp_server/model/addresses.h"
 
 namespace settings::dhcp_server {
 

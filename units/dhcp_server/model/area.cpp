@@ -1,4 +1,4 @@
-#include "units/dhcp_server/area.h"
+#include "units/dhcp_server/model/area.h"
 
 #include "platform/console.h"
 #include "settings/text.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "units/dhcp_server/area.h"
-#include "units/dhcp_server/subnet_view.h"
+#include "units/dhcp_server/model/area.h"
+#include "units/dhcp_server/model/subnet_view.h"
 
 #include <string>
 #include <vector>
