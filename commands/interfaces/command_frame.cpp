@@ -8,7 +8,7 @@
 #include "platform/path_list.h"
 #include "platform/processes.h"
 #include "records/common_conf_struct.h"
-#include "units/dhcp_relay/interface_change.h"
+#include "units/dhcp_relay/rules/interface_change.h"
 #include "units/dhcp_server/model/gates.h"
 #include "units/dhcp_server/interface_rules.h"
 

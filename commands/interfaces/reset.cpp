@@ -5,7 +5,7 @@
 #include "platform/log.h"
 #include "platform/path_list.h"
 #include "platform/processes.h"
-#include "units/dhcp_relay/lookup.h"
+#include "units/dhcp_relay/rules/lookup.h"
 #include "units/dhcp_server/model/gates.h"
 
 namespace interfaces {

@@ -5,7 +5,7 @@
 #include "platform/console.h"
 #include "settings/file.h"
 #include "settings/text.h"
-#include "units/dhcp_relay/lookup.h"
+#include "units/dhcp_relay/rules/lookup.h"
 
 #include <cerrno>
 #include <cstring>

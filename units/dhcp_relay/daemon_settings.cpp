@@ -4,10 +4,10 @@
 #include "platform/console.h"
 #include "platform/path_list.h"
 #include "records/conf_struct.h"
-#include "units/dhcp_relay/listen_interfaces.h"
-#include "units/dhcp_relay/lookup.h"
+#include "units/dhcp_relay/rules/listen_interfaces.h"
+#include "units/dhcp_relay/rules/lookup.h"
 #include "units/dhcp_relay/relay_knob.h"
-#include "units/dhcp_relay/servers.h"
+#include "units/dhcp_relay/rules/servers.h"
 
 #include <algorithm>
 #include <cerrno>

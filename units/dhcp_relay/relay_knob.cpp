@@ -2,7 +2,7 @@
 
 #include "front/probes/stream.h"
 #include "platform/console.h"
-#include "units/dhcp_relay/lookup.h"
+#include "units/dhcp_relay/rules/lookup.h"
 
 #include <cerrno>
 #include <cstdlib>

@@ -3,7 +3,7 @@
 #include "front/probes/report.h"
 #include "front/unit_query.h"
 #include "records/common_conf_struct.h"
-#include "units/dhcp_relay/lookup.h"
+#include "units/dhcp_relay/rules/lookup.h"
 
 #include <cstdio>
 

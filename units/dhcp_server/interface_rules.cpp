@@ -6,7 +6,7 @@
 #include "platform/network.h"
 #include "platform/path_list.h"
 #include "records/common_conf_struct.h"
-#include "units/dhcp_relay/lookup.h"
+#include "units/dhcp_relay/rules/lookup.h"
 #include "units/dhcp_server/model/address_rules.h"
 #include "units/dhcp_server/model/addresses.h"
 #include "units/dhcp_server/model/area.h"

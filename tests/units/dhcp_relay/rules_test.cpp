@@ -1,8 +1,8 @@
 #include "tests/units/dhcp_relay/relay_fixture.h"
-#include "units/dhcp_relay/interface_change.h"
-#include "units/dhcp_relay/listen_interfaces.h"
-#include "units/dhcp_relay/lookup.h"
-#include "units/dhcp_relay/servers.h"
+#include "units/dhcp_relay/rules/interface_change.h"
+#include "units/dhcp_relay/rules/listen_interfaces.h"
+#include "units/dhcp_relay/rules/lookup.h"
+#include "units/dhcp_relay/rules/servers.h"
 
 namespace settings::dhcp_relay {
 namespace {

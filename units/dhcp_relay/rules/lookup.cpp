@@ -1,4 +1,4 @@
-#include "units/dhcp_relay/lookup.h"
+#include "units/dhcp_relay/rules/lookup.h"
 
 #include "front/unit_query.h"
 #include "platform/console.h"

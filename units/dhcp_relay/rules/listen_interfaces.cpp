@@ -1,10 +1,10 @@
-#include "units/dhcp_relay/listen_interfaces.h"
+#include "units/dhcp_relay/rules/listen_interfaces.h"
 
 #include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/path_list.h"
 #include "records/conf_struct.h"
-#include "units/dhcp_relay/lookup.h"
+#include "units/dhcp_relay/rules/lookup.h"
 #include "units/dhcp_server/model/gates.h"
 
 namespace settings::dhcp_relay {

@@ -1,10 +1,10 @@
-#include "units/dhcp_relay/interface_change.h"
+#include "units/dhcp_relay/rules/interface_change.h"
 
 #include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/log.h"
 #include "records/common_conf_struct.h"
-#include "units/dhcp_relay/lookup.h"
+#include "units/dhcp_relay/rules/lookup.h"
 
 #include <algorithm>
 

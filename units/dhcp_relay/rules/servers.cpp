@@ -1,11 +1,11 @@
-#include "units/dhcp_relay/servers.h"
+#include "units/dhcp_relay/rules/servers.h"
 
 #include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/network.h"
 #include "platform/path_list.h"
 #include "records/conf_struct.h"
-#include "units/dhcp_relay/lookup.h"
+#include "units/dhcp_relay/rules/lookup.h"
 #include "units/dhcp_server/model/gates.h"
 
 #include <cerrno>
