@@ -1,6 +1,6 @@
 #include "shell/slots.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "commands/dgd/values.h"
 #include "commands/interfaces/bonding_values.h"
 #include "commands/routing/policy_values.h"

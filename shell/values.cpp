@@ -1,6 +1,6 @@
 #include "shell/values.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "platform/network.h"
 
 #include <algorithm>

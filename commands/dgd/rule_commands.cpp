@@ -1,6 +1,6 @@
 // The commands about rules.
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "commands/dgd/command_frame.h"
 #include "commands/dgd/commands.h"
 #include "platform/console.h"

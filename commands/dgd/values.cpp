@@ -1,6 +1,6 @@
 #include "commands/dgd/values.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "commands/dgd/dgd_config.h"
 #include "commands/dgd/words.h"
 #include "commands/routing/config_file.h"

@@ -1,6 +1,6 @@
 #include "commands/failover/address_check.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "front/probes/cluster.h"
 #include "front/probes/stream.h"
 #include "platform/console.h"

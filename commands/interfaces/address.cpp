@@ -1,6 +1,6 @@
 #include "commands/interfaces/address.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "platform/console.h"
 #include "platform/log.h"
 #include "platform/network.h"

@@ -1,6 +1,6 @@
 #include "commands/interfaces/bond_options.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "commands/interfaces/bonding_values.h"
 #include "commands/interfaces/roles.h"
 #include "platform/console.h"

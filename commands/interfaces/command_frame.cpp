@@ -1,6 +1,6 @@
 #include "commands/interfaces/command_frame.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "commands/interfaces/roles.h"
 #include "commands/services/web_ui.h"
 #include "front/probes/adapters.h"

@@ -1,6 +1,6 @@
 #include "commands/interfaces/dhcp_client.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "commands/interfaces/command_frame.h"
 #include "front/probes/cluster.h"
 #include "platform/console.h"

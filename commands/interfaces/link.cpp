@@ -1,6 +1,6 @@
 #include "commands/interfaces/link.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "commands/interfaces/command_frame.h"
 #include "commands/interfaces/roles.h"
 #include "platform/console.h"

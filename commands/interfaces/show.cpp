@@ -1,6 +1,6 @@
 #include "commands/interfaces/show.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "front/probes/adapters.h"
 #include "front/probes/report.h"
 #include "platform/console.h"

@@ -1,6 +1,6 @@
 #include "commands/interfaces/vlans.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "commands/interfaces/command_frame.h"
 #include "commands/l2overip/configuration.h"
 #include "platform/console.h"

@@ -1,6 +1,6 @@
 #include "commands/l2overip/commands.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "commands/l2overip/configuration.h"
 #include "commands/l2overip/driver.h"
 #include "commands/l2overip/outcome.h"

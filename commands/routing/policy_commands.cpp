@@ -1,6 +1,6 @@
 #include "commands/routing/policy_commands.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "commands/routing/daemon.h"
 #include "commands/routing/policy_checks.h"
 #include "commands/routing/policy_line.h"

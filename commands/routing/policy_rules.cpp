@@ -1,6 +1,6 @@
 #include "commands/routing/policy_rules.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "commands/routing/daemon.h"
 #include "commands/routing/dscp.h"
 #include "commands/routing/policy_checks.h"

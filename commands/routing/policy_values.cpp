@@ -1,6 +1,6 @@
 #include "commands/routing/policy_values.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "commands/routing/config_file.h"
 #include "commands/routing/dscp.h"
 #include "commands/routing/tables.h"

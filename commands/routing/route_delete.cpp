@@ -1,6 +1,6 @@
 #include "commands/routing/route_delete.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "commands/routing/route_add.h"
 #include "commands/routing/route_listing.h"
 #include "commands/routing/route_store.h"

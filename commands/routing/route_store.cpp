@@ -1,6 +1,6 @@
 #include "commands/routing/route_store.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "commands/routing/config_routes.h"
 #include "commands/routing/daemon.h"
 #include "platform/log.h"

@@ -1,6 +1,6 @@
 #include "commands/routing/tables.h"
 
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 #include "commands/routing/static_route.h"
 #include "platform/console.h"
 

@@ -1,4 +1,4 @@
-#include "commands/arguments.h"
+#include "commands/arguments/arguments.h"
 
 #include "platform/console.h"
 #include "platform/network.h"
