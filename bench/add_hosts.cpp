@@ -1,6 +1,6 @@
 // add-hosts COUNT: adds hosts to the subnet of eth0, each by an operation of its own, as a shell would.
 
-#include "front/probes/xml.h"
+#include "front/helpers/xml.h"
 #include "units/dhcp_server/hosts.h"
 
 #include <cstdio>

@@ -2,4 +2,6 @@
 
 #include "commands/routing/route_show.h"
 
-int main() { return routing::ShowStaticRoutes() ? 0 : 1; }
+int main() {
+    return routing::ShowStaticRoutes() ? 0 : 1;
+}

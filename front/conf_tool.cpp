@@ -1,5 +1,5 @@
 #include "front/file_protection.h"
-#include "front/probes/xml.h"
+#include "front/helpers/xml.h"
 #include "front/unit_dispatch.h"
 #include "platform/console.h"
 #include "platform/log.h"

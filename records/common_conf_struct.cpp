@@ -1,6 +1,6 @@
 #include "records/common_conf_struct.h"
 
-#include "front/probes/descriptor.h"
+#include "front/helpers/descriptor.h"
 #include "platform/locks.h"
 #include "platform/log.h"
 #include "platform/path_list.h"

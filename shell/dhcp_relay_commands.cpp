@@ -1,7 +1,7 @@
 #include "shell/families.h"
+#include "units/dhcp_relay/report.h"
 #include "units/dhcp_relay/rules/listen_interfaces.h"
 #include "units/dhcp_relay/rules/lookup.h"
-#include "units/dhcp_relay/report.h"
 #include "units/dhcp_relay/rules/servers.h"
 #include "units/dhcp_relay/unit.h"
 

@@ -1,6 +1,6 @@
 #include "shell/history.h"
 
-#include "front/probes/descriptor.h"
+#include "front/helpers/descriptor.h"
 
 #include <cstdio>
 #include <fcntl.h>

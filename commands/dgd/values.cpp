@@ -4,7 +4,7 @@
 #include "commands/dgd/dgd_config.h"
 #include "commands/dgd/words.h"
 #include "commands/routing/config_file.h"
-#include "front/probes/text.h"
+#include "front/helpers/text.h"
 #include "platform/network.h"
 #include "platform/path_list.h"
 #include "records/conf_struct.h"

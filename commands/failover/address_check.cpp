@@ -1,8 +1,8 @@
 #include "commands/failover/address_check.h"
 
 #include "commands/arguments/arguments.h"
+#include "front/helpers/stream.h"
 #include "front/probes/cluster.h"
-#include "front/probes/stream.h"
 #include "platform/console.h"
 #include "platform/path_list.h"
 #include "platform/processes.h"

@@ -1,6 +1,6 @@
 #include "commands/failover/backups.h"
 
-#include "front/probes/descriptor.h"
+#include "front/helpers/descriptor.h"
 #include "platform/console.h"
 #include "platform/guards.h"
 #include "platform/path_list.h"

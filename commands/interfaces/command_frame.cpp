@@ -9,8 +9,8 @@
 #include "platform/processes.h"
 #include "records/common_conf_struct.h"
 #include "units/dhcp_relay/rules/interface_change.h"
-#include "units/dhcp_server/model/gates.h"
 #include "units/dhcp_server/interface_rules.h"
+#include "units/dhcp_server/model/gates.h"
 
 #include <iostream>
 #include <libintl.h>

@@ -2,7 +2,7 @@
 
 #include "commands/arguments/arguments.h"
 #include "front/probes/adapters.h"
-#include "front/probes/report.h"
+#include "front/reports/report.h"
 #include "platform/console.h"
 #include "platform/log.h"
 #include "platform/network.h"

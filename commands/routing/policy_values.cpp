@@ -4,8 +4,8 @@
 #include "commands/routing/config_file.h"
 #include "commands/routing/dscp.h"
 #include "commands/routing/tables.h"
+#include "front/helpers/text.h"
 #include "front/probes/cluster.h"
-#include "front/probes/text.h"
 
 #include <algorithm>
 #include <libintl.h>

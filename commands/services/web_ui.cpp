@@ -1,6 +1,6 @@
 #include "commands/services/web_ui.h"
 
-#include "front/probes/text.h"
+#include "front/helpers/text.h"
 #include "platform/console.h"
 #include "platform/processes.h"
 #include "settings/file.h"

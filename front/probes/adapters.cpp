@@ -1,7 +1,7 @@
 #include "front/probes/adapters.h"
 
+#include "front/helpers/text.h"
 #include "front/probes/system.h"
-#include "front/probes/text.h"
 #include "platform/log.h"
 #include "platform/processes.h"
 

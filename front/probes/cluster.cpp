@@ -1,6 +1,6 @@
 #include "front/probes/cluster.h"
 
-#include "front/probes/stream.h"
+#include "front/helpers/stream.h"
 #include "platform/console.h"
 #include "platform/log.h"
 #include "platform/path_list.h"

@@ -21,7 +21,8 @@ struct Channel {
 std::vector<Channel> ReadChannels() {
     std::vector<Channel> channels;
     std::string text;
-    if (const int error = linux_platform::ReadText(path_list::failover_settings, linux_platform::ini_limit, text)) {
+    if (const int error =
+            linux_platform::ReadText(path_list::failover_settings, linux_platform::ini_limit, text)) {
         if (error != ENOENT)
             shell_log_error("%s: failed to read: %s", path_list::failover_settings.c_str(),
                             std::strerror(error));

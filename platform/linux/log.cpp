@@ -178,7 +178,7 @@ bool ClUnilogFlush(const char* prefix, const char* target, int level) {
     if (!name.starts_with(scheme) || dot == Text::npos)
         return false;
     const auto facility = FindValue(std::begin(facilities), std::end(facilities),
-                                     name.substr(scheme.size(), dot - scheme.size()));
+                                    name.substr(scheme.size(), dot - scheme.size()));
     const auto priority = FindValue(std::begin(priorities), std::end(priorities), name.substr(dot + 1));
     if (!facility || !priority)
         return false;

@@ -62,8 +62,9 @@ void ShellPager::wait() {
     ::lseek(::fileno(stream), 0, SEEK_SET);
     // In its secure mode the pager starts no shell and opens no other file. A text of one page is just shown.
     const int status = linux_platform::RunProgram({"/usr/bin/env", "LESSSECURE=1", pager_program, "-FX"},
-                                             {::fileno(stream), -1, -1});
+                                                  {::fileno(stream), -1, -1});
     if (status != 0)
-        shell_print_error("pager %s failed with status %d", pager_program, linux_platform::ExitStatus(status));
+        shell_print_error("pager %s failed with status %d", pager_program,
+                          linux_platform::ExitStatus(status));
     std::fclose(stream);
 }

@@ -64,7 +64,8 @@ int shell_spawn_quiet(const char* program, ...) {
     const Arguments arguments = Collect(program, list);
     va_end(list);
     const linux_platform::Descriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
-    return linux_platform::ExitStatus(linux_platform::RunProgram(arguments, {-1, nowhere.get(), nowhere.get()}));
+    return linux_platform::ExitStatus(
+        linux_platform::RunProgram(arguments, {-1, nowhere.get(), nowhere.get()}));
 }
 
 ShellProcess::ShellProcess(std::vector<std::string> arguments) : arguments_(std::move(arguments)) {}

@@ -1,7 +1,7 @@
+#include "front/helpers/text.h"
 #include "front/probes/adapters.h"
 #include "front/probes/cluster.h"
 #include "front/probes/system.h"
-#include "front/probes/text.h"
 #include "tests/support/appliance.h"
 
 #include <climits>

@@ -1,6 +1,6 @@
 #include "units/content_filter/proxy_settings.h"
 
-#include "front/probes/stream.h"
+#include "front/helpers/stream.h"
 #include "front/unit_query.h"
 #include "platform/console.h"
 #include "units/content_filter/defaults.h"

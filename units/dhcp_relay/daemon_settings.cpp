@@ -1,12 +1,12 @@
 #include "units/dhcp_relay/daemon_settings.h"
 
-#include "front/probes/stream.h"
+#include "front/helpers/stream.h"
 #include "platform/console.h"
 #include "platform/path_list.h"
 #include "records/conf_struct.h"
+#include "units/dhcp_relay/relay_knob.h"
 #include "units/dhcp_relay/rules/listen_interfaces.h"
 #include "units/dhcp_relay/rules/lookup.h"
-#include "units/dhcp_relay/relay_knob.h"
 #include "units/dhcp_relay/rules/servers.h"
 
 #include <algorithm>

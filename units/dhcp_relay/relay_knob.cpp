@@ -1,6 +1,6 @@
 #include "units/dhcp_relay/relay_knob.h"
 
-#include "front/probes/stream.h"
+#include "front/helpers/stream.h"
 #include "platform/console.h"
 #include "units/dhcp_relay/rules/lookup.h"
 

@@ -5,9 +5,9 @@
 #include "settings/file.h"
 #include "units/dhcp_relay/conversion.h"
 #include "units/dhcp_relay/daemon_settings.h"
+#include "units/dhcp_relay/report.h"
 #include "units/dhcp_relay/rules/listen_interfaces.h"
 #include "units/dhcp_relay/rules/lookup.h"
-#include "units/dhcp_relay/report.h"
 #include "units/dhcp_relay/rules/servers.h"
 
 #include <cerrno>

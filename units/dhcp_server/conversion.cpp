@@ -1,6 +1,6 @@
 #include "units/dhcp_server/conversion.h"
 
-#include "front/probes/stream.h"
+#include "front/helpers/stream.h"
 #include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/path_list.h"

@@ -1,8 +1,8 @@
 #include "units/dhcp_server/hosts.h"
 
 #include "platform/console.h"
-#include "units/dhcp_server/model/address_rules.h"
 #include "units/dhcp_server/edit.h"
+#include "units/dhcp_server/model/address_rules.h"
 #include "units/dhcp_server/removal.h"
 #include "units/dhcp_server/tree_writer.h"
 

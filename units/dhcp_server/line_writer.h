@@ -15,8 +15,8 @@ namespace settings::dhcp_server {
 // False, reported, for a value that would be more than that to the daemon.
 [[nodiscard]] bool CheckValue(const TreeWriter& writer, const std::string& key, const std::string& value);
 
-// "<key> <value>;" for the daemon, "<key> = <value>" to read. A value that the daemon can't have is left out, and
-// false.
+// "<key> <value>;" for the daemon, "<key> = <value>" to read. A value that the daemon can't have is left out,
+// and false.
 [[nodiscard]] bool WriteSetting(TreeWriter& writer, const std::string& key, const std::string& value);
 
 // A setting whose key has "option " before it.

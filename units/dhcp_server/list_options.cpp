@@ -1,8 +1,8 @@
 #include "units/dhcp_server/list_options.h"
 
 #include "platform/console.h"
-#include "units/dhcp_server/model/address_rules.h"
 #include "units/dhcp_server/edit.h"
+#include "units/dhcp_server/model/address_rules.h"
 #include "units/dhcp_server/model/options.h"
 
 namespace settings::dhcp_server {

@@ -1,8 +1,8 @@
 #include "units/dhcp_server/option_writer.h"
 
 #include "platform/console.h"
-#include "units/dhcp_server/model/address_rules.h"
 #include "units/dhcp_server/line_writer.h"
+#include "units/dhcp_server/model/address_rules.h"
 
 #include <map>
 #include <string>

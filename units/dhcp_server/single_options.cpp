@@ -2,9 +2,9 @@
 
 #include "platform/console.h"
 #include "platform/network.h"
+#include "units/dhcp_server/edit.h"
 #include "units/dhcp_server/model/address_rules.h"
 #include "units/dhcp_server/model/addresses.h"
-#include "units/dhcp_server/edit.h"
 #include "units/dhcp_server/model/options.h"
 
 namespace settings::dhcp_server {

@@ -1,12 +1,12 @@
 #include "units/dhcp_server/tree_writer.h"
 
 #include "platform/console.h"
-#include "units/dhcp_server/model/address_rules.h"
-#include "units/dhcp_server/model/addresses.h"
 #include "units/dhcp_server/interface_rules.h"
 #include "units/dhcp_server/line_writer.h"
-#include "units/dhcp_server/option_writer.h"
+#include "units/dhcp_server/model/address_rules.h"
+#include "units/dhcp_server/model/addresses.h"
 #include "units/dhcp_server/model/subnet_view.h"
+#include "units/dhcp_server/option_writer.h"
 
 #include <cstring>
 

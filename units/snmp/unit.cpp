@@ -1,6 +1,6 @@
 #include "units/snmp/unit.h"
 
-#include "front/probes/report.h"
+#include "front/reports/report.h"
 #include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/locks.h"

@@ -1,4 +1,4 @@
-#include "front/probes/xml.h"
+#include "front/helpers/xml.h"
 #include "front/unit_dispatch.h"
 #include "tests/support/appliance.h"
 #include "units/content_filter/defaults.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "front/probes/xml.h"
+#include "front/helpers/xml.h"
 #include "front/unit_dispatch.h"
 #include "platform/guards.h"
 #include "platform/path_list.h"

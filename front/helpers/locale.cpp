@@ -1,4 +1,4 @@
-#include "front/probes/locale.h"
+#include "front/helpers/locale.h"
 
 #include <boost/locale/generator.hpp>
 #include <clocale>

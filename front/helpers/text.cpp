@@ -1,4 +1,4 @@
-#include "front/probes/text.h"
+#include "front/helpers/text.h"
 
 #include "platform/log.h"
 

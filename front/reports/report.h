@@ -1,6 +1,6 @@
 #pragma once
 
-#include "front/probes/stream.h"
+#include "front/helpers/stream.h"
 #include "platform/locks.h"
 
 #include <string>

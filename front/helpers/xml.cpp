@@ -1,4 +1,4 @@
-#include "front/probes/xml.h"
+#include "front/helpers/xml.h"
 
 #include "platform/log.h"
 

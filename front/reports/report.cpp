@@ -1,4 +1,4 @@
-#include "front/probes/report.h"
+#include "front/reports/report.h"
 
 #include "platform/console.h"
 #include "platform/pager.h"
