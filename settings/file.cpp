@@ -1,9 +1,7 @@
 #include "settings/file.h"
 
 #include "platform/console.h"
-#include "settings/text.h"
 
-#include <cstdarg>
 #include <fcntl.h>
 #include <filesystem>
 #include <libxml/parser.h>
@@ -138,11 +136,11 @@ Node File::Root() const {
     return Node(document_ != nullptr ? xmlDocGetRootElement(document_.get()) : nullptr);
 }
 
-NodeSet File::Evaluate(const char* expression, Node start) const {
+NodeSet File::Evaluate(const std::string& expression, Node start) const {
     if (context_ == nullptr)
         return {};
     context_->node = start.node_;
-    xmlXPathObject* result = xmlXPathEvalExpression(ToXml(expression), context_.get());
+    xmlXPathObject* result = xmlXPathEvalExpression(ToXml(expression.c_str()), context_.get());
     context_->node = nullptr;
     if (result == nullptr)
         return {};
@@ -152,42 +150,6 @@ NodeSet File::Evaluate(const char* expression, Node start) const {
         return {};
     }
     return NodeSet(result);
-}
-
-NodeSet File::Select(const char* format, ...) const {
-    char expression[kTextSize];
-    va_list arguments;
-    va_start(arguments, format);
-    FormatText(expression, format, arguments);
-    va_end(arguments);
-    return Evaluate(expression, {});
-}
-
-Node File::SelectFirst(const char* format, ...) const {
-    char expression[kTextSize];
-    va_list arguments;
-    va_start(arguments, format);
-    FormatText(expression, format, arguments);
-    va_end(arguments);
-    return Evaluate(expression, {}).At(0);
-}
-
-NodeSet File::SelectFrom(Node start, const char* format, ...) const {
-    char expression[kTextSize];
-    va_list arguments;
-    va_start(arguments, format);
-    FormatText(expression, format, arguments);
-    va_end(arguments);
-    return Evaluate(expression, start);
-}
-
-std::string File::GetText(const char* format, ...) const {
-    char expression[kTextSize];
-    va_list arguments;
-    va_start(arguments, format);
-    FormatText(expression, format, arguments);
-    va_end(arguments);
-    return Evaluate(expression, {}).At(0).GetText();
 }
 
 } // namespace settings

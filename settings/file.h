@@ -48,12 +48,24 @@ public:
     void Close();
 
     Node Root() const;
-    [[gnu::format(printf, 2, 3)]] NodeSet Select(const char* format, ...) const;
-    [[gnu::format(printf, 2, 3)]] Node SelectFirst(const char* format, ...) const;
+    template <class... Arguments>
+    NodeSet Select(FormatFor<Arguments...> format, const Arguments&... arguments) const {
+        return Evaluate(FormatText<Arguments...>(format, arguments...), {});
+    }
+    template <class... Arguments>
+    Node SelectFirst(FormatFor<Arguments...> format, const Arguments&... arguments) const {
+        return Select<Arguments...>(format, arguments...).At(0);
+    }
     // The same with a path that starts at a node of this document.
-    [[gnu::format(printf, 3, 4)]] NodeSet SelectFrom(Node start, const char* format, ...) const;
+    template <class... Arguments>
+    NodeSet SelectFrom(Node start, FormatFor<Arguments...> format, const Arguments&... arguments) const {
+        return Evaluate(FormatText<Arguments...>(format, arguments...), start);
+    }
     // The text of the first node found, "" when there is none.
-    [[gnu::format(printf, 2, 3)]] std::string GetText(const char* format, ...) const;
+    template <class... Arguments>
+    std::string GetText(FormatFor<Arguments...> format, const Arguments&... arguments) const {
+        return SelectFirst<Arguments...>(format, arguments...).GetText();
+    }
 
 private:
     struct FreeDocument {
@@ -67,7 +79,7 @@ private:
     bool ReadDocument(const std::string& path);
     bool MakeEmptyDocument();
     bool MakeDirectory() const;
-    NodeSet Evaluate(const char* expression, Node start) const;
+    NodeSet Evaluate(const std::string& expression, Node start) const;
 
     std::string name_;
     std::string path_;

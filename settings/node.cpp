@@ -1,8 +1,5 @@
 #include "settings/node.h"
 
-#include "settings/text.h"
-
-#include <cstdarg>
 #include <libxml/tree.h>
 #include <libxml/xpath.h>
 #include <libxml/xpathInternals.h>
@@ -30,16 +27,6 @@ std::string ListText(xmlDoc* document, xmlNode* children) {
     if (children->next == nullptr && children->type == XML_TEXT_NODE && children->content != nullptr)
         return reinterpret_cast<const char*>(children->content);
     return TakeString(xmlNodeListGetString(document, children, 1));
-}
-
-using AttrSetter = xmlAttr* (*)(xmlNode*, const xmlChar*, const xmlChar*);
-
-[[gnu::format(printf, 4, 0)]] bool PutAttr(AttrSetter put, xmlNode* node, const char* name,
-                                           const char* format, va_list arguments) {
-    char text[kTextSize];
-    FormatText(text, format, arguments);
-    return node != nullptr && node->type != XML_ATTRIBUTE_NODE && IsXmlText(text) &&
-           put(node, ToXml(name), ToXml(text)) != nullptr;
 }
 
 void FreeResult(xmlXPathObject* result) {
@@ -94,15 +81,10 @@ std::string Node::GetText() const {
     return node_ != nullptr ? ListText(node_->doc, node_->children) : std::string();
 }
 
-bool Node::SetText(const char* format, ...) {
-    char text[kTextSize];
-    va_list arguments;
-    va_start(arguments, format);
-    FormatText(text, format, arguments);
-    va_end(arguments);
-    if (node_ == nullptr || !IsXmlContent(text))
+bool Node::PutText(const std::string& text) {
+    if (node_ == nullptr || !IsXmlContent(text.c_str()))
         return false;
-    xmlNodeSetContent(node_, ToXml(text));
+    xmlNodeSetContent(node_, ToXml(text.c_str()));
     return true;
 }
 
@@ -112,30 +94,21 @@ Node Node::AddChild(const char* name) {
     return Node(xmlNewChild(node_, nullptr, ToXml(name), nullptr));
 }
 
-Node Node::AddChild(const char* name, const char* format, ...) {
-    char text[kTextSize];
-    va_list arguments;
-    va_start(arguments, format);
-    FormatText(text, format, arguments);
-    va_end(arguments);
-    if (node_ == nullptr || IsAttribute() || !IsXmlContent(text))
+Node Node::PutChild(const char* name, const std::string& text) {
+    if (node_ == nullptr || IsAttribute() || !IsXmlContent(text.c_str()))
         return {};
-    return Node(xmlNewChild(node_, nullptr, ToXml(name), ToXml(text)));
+    return Node(xmlNewChild(node_, nullptr, ToXml(name), ToXml(text.c_str())));
 }
 
-Node Node::NewAttr(const char* name, const char* format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    const bool put = PutAttr(xmlNewProp, node_, name, format, arguments);
-    va_end(arguments);
+Node Node::PutNewAttr(const char* name, const std::string& text) {
+    const bool put = node_ != nullptr && !IsAttribute() && IsXmlText(text.c_str()) &&
+                     xmlNewProp(node_, ToXml(name), ToXml(text.c_str())) != nullptr;
     return put ? *this : Node();
 }
 
-Node Node::SetAttr(const char* name, const char* format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    const bool put = PutAttr(xmlSetProp, node_, name, format, arguments);
-    va_end(arguments);
+Node Node::PutAttr(const char* name, const std::string& text) {
+    const bool put = node_ != nullptr && !IsAttribute() && IsXmlText(text.c_str()) &&
+                     xmlSetProp(node_, ToXml(name), ToXml(text.c_str())) != nullptr;
     return put ? *this : Node();
 }
 

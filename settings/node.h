@@ -1,5 +1,8 @@
 #pragma once
 
+#include "settings/text.h"
+
+#include <concepts>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -37,14 +40,45 @@ public:
 
     // Texts go into the document unescaped, with libxml2's meaning of "&". A text that XML can't hold (no
     // UTF-8, a control character, a "&" that begins no reference) is refused with an error.
-    [[nodiscard, gnu::format(printf, 2, 3)]] bool SetText(const char* format, ...);
+    template <class... Arguments>
+    [[nodiscard]] bool SetText(FormatFor<Arguments...> format, const Arguments&... arguments) {
+        return PutText(FormatText<Arguments...>(format, arguments...));
+    }
+    template <std::same_as<std::string> Text>
+    [[nodiscard]] bool SetText(const Text& text) {
+        return SetText("%s", text);
+    }
+
     // The new child, a null node on failure and on an attribute node; the short form adds no text.
-    [[gnu::format(printf, 3, 4)]] Node AddChild(const char* name, const char* format, ...);
+    template <class... Arguments>
+    Node AddChild(const char* name, FormatFor<Arguments...> format, const Arguments&... arguments) {
+        return PutChild(name, FormatText<Arguments...>(format, arguments...));
+    }
+    template <std::same_as<std::string> Text>
+    Node AddChild(const char* name, const Text& text) {
+        return AddChild(name, "%s", text);
+    }
     Node AddChild(const char* name);
+
     // This node, or a null node on failure and on an attribute node. NewAttr does not look for an older
     // attribute of that name, SetAttr replaces it.
-    [[gnu::format(printf, 3, 4)]] Node NewAttr(const char* name, const char* format, ...);
-    [[gnu::format(printf, 3, 4)]] Node SetAttr(const char* name, const char* format, ...);
+    template <class... Arguments>
+    Node NewAttr(const char* name, FormatFor<Arguments...> format, const Arguments&... arguments) {
+        return PutNewAttr(name, FormatText<Arguments...>(format, arguments...));
+    }
+    template <std::same_as<std::string> Text>
+    Node NewAttr(const char* name, const Text& text) {
+        return NewAttr(name, "%s", text);
+    }
+    template <class... Arguments>
+    Node SetAttr(const char* name, FormatFor<Arguments...> format, const Arguments&... arguments) {
+        return PutAttr(name, FormatText<Arguments...>(format, arguments...));
+    }
+    template <std::same_as<std::string> Text>
+    Node SetAttr(const char* name, const Text& text) {
+        return SetAttr(name, "%s", text);
+    }
+
     // Move `other` to this node's side and give it; a null node when either is null.
     Node AddPrevSibling(Node other);
     Node AddNextSibling(Node other);
@@ -54,6 +88,10 @@ public:
 private:
     friend class File;
     bool IsAttribute() const;
+    bool PutText(const std::string& text);
+    Node PutChild(const char* name, const std::string& text);
+    Node PutNewAttr(const char* name, const std::string& text);
+    Node PutAttr(const char* name, const std::string& text);
 
     _xmlNode* node_ = nullptr;
 };

@@ -2,6 +2,7 @@
 
 #include "platform/console.h"
 
+#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -55,11 +56,15 @@ bool IsReference(const char* text) {
 
 } // namespace
 
-void FormatText(char (&buffer)[kTextSize], const char* format, va_list arguments) {
-    buffer[0] = '\0';
+std::string FormatBounded(const char* format, ...) {
+    char buffer[kTextSize] = "";
+    va_list arguments;
+    va_start(arguments, format);
     const int length = std::vsnprintf(buffer, kTextSize, format, arguments);
-    if (length >= static_cast<int>(kTextSize))
-        buffer[WholeCharacters(buffer, kTextSize - 1)] = '\0';
+    va_end(arguments);
+    if (length < static_cast<int>(kTextSize))
+        return buffer;
+    return std::string(buffer, WholeCharacters(buffer, kTextSize - 1));
 }
 
 bool IsXmlText(const char* text) {

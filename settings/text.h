@@ -1,17 +1,24 @@
 #pragma once
 
-#include <cstdarg>
+#include "platform/format.h"
+
 #include <cstddef>
+#include <string>
 
 // The bounded texts of settings documents and queries.
 
 namespace settings {
 
+// With the byte that ends them.
 constexpr std::size_t kTextSize = 8192;
 
-// Formats into a buffer of kTextSize bytes; longer text is cut silently, between two UTF-8 characters.
-[[gnu::format(printf, 2, 0)]] void FormatText(char (&buffer)[kTextSize], const char* format,
-                                              va_list arguments);
+// The finished text of a printf-style call. Longer text is cut silently, between two UTF-8 characters.
+std::string FormatBounded(const char* format, ...);
+
+template <class... Arguments>
+std::string FormatText(FormatFor<Arguments...> format, const Arguments&... arguments) {
+    return FormatBounded(format.Text(), format::Raw(arguments)...);
+}
 
 // Whether XML can hold the text. Reports an error otherwise.
 [[nodiscard]] bool IsXmlText(const char* text);

@@ -22,14 +22,6 @@ const char* OrNothing(const char* tail) {
     return tail != nullptr ? tail : "";
 }
 
-NodeSet SelectTail(const Area& area, const File& file, const char* format, va_list arguments) {
-    char tail[kTextSize] = "/";
-    std::vsnprintf(tail + 1, sizeof tail - 1, format, arguments);
-    if (area.BoundNode())
-        return file.SelectFrom(area.BoundNode(), "%s", tail + 1);
-    return area.Select(file, tail);
-}
-
 } // namespace
 
 Area::Area(std::string name) : Area(std::move(name), "DHCP server: %s: corrupted settings file") {}
@@ -84,20 +76,10 @@ NodeSet Host::Select(const File& file, const char* tail) const {
     return file.Select(kHost, host_name_.c_str(), OrNothing(tail));
 }
 
-NodeSet SelectIn(const Area& area, const File& file, const char* format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    NodeSet result = SelectTail(area, file, format, arguments);
-    va_end(arguments);
-    return result;
-}
-
-Node FirstIn(const Area& area, const File& file, const char* format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    const Node result = SelectTail(area, file, format, arguments).At(0);
-    va_end(arguments);
-    return result;
+NodeSet SelectTail(const Area& area, const File& file, const std::string& tail) {
+    if (area.BoundNode())
+        return file.SelectFrom(area.BoundNode(), "%s", tail);
+    return area.Select(file, ("/" + tail).c_str());
 }
 
 NodeSet SelectIn(const Area& area, const File& file) {

@@ -107,8 +107,17 @@ private:
 };
 
 // Queries below an area, with a printf-style relative path. The short forms give the area's own nodes.
-[[gnu::format(printf, 3, 4)]] NodeSet SelectIn(const Area& area, const File& file, const char* format, ...);
-[[gnu::format(printf, 3, 4)]] Node FirstIn(const Area& area, const File& file, const char* format, ...);
+NodeSet SelectTail(const Area& area, const File& file, const std::string& tail);
+template <class... Arguments>
+NodeSet SelectIn(const Area& area, const File& file, FormatFor<Arguments...> format,
+                 const Arguments&... arguments) {
+    return SelectTail(area, file, FormatText<Arguments...>(format, arguments...));
+}
+template <class... Arguments>
+Node FirstIn(const Area& area, const File& file, FormatFor<Arguments...> format,
+             const Arguments&... arguments) {
+    return SelectIn<Arguments...>(area, file, format, arguments...).At(0);
+}
 NodeSet SelectIn(const Area& area, const File& file);
 Node FirstIn(const Area& area, const File& file);
 
