@@ -13,13 +13,11 @@ namespace {
 constexpr char kGuardSuffix[] = ".crg";
 constexpr std::size_t kGuardNameSize = PATH_MAX + sizeof kGuardSuffix - 1;
 
-enum GuardMode { kOwnGuard = 0, kSharedGuard = 3 };
-
 constexpr std::size_t kMaximumFiles = 3;
 
 struct GuardRow {
     const std::string& guard;
-    GuardMode mode;
+    corvanshell::GuardMode mode;
     const std::string* files[kMaximumFiles];
 };
 
@@ -38,17 +36,19 @@ bool ProtectFile(const char* file) {
         return false;
     std::snprintf(name, sizeof name, "%s%s", target, kGuardSuffix);
     // A guard that is not beside the real file is one that others share.
-    const GuardMode mode = std::strcmp(name, guard) == 0 ? kOwnGuard : kSharedGuard;
+    const corvanshell::GuardMode mode =
+        std::strcmp(name, guard) == 0 ? corvanshell::kGuardOfOneFile : corvanshell::kSharedGuard;
     return corvanshell::UpdateGuardFile(guard, mode, file, nullptr);
 }
 
 bool ProtectAllSettings() {
     using namespace path_list;
+    using corvanshell::kGuardOfOneFile, corvanshell::kSharedGuard;
     const GuardRow rows[] = {
         {settings_guard, kSharedGuard, {&local_settings, &syslog_settings, &common_settings}},
-        {http_proxy_settings_guard, kOwnGuard, {&http_proxy_settings}},
-        {icap_settings_guard, kOwnGuard, {&icap_settings}},
-        {content_filter_settings_guard, kOwnGuard, {&content_filter_settings}},
+        {http_proxy_settings_guard, kGuardOfOneFile, {&http_proxy_settings}},
+        {icap_settings_guard, kGuardOfOneFile, {&icap_settings}},
+        {content_filter_settings_guard, kGuardOfOneFile, {&content_filter_settings}},
         {l2overip_guard, kSharedGuard, {&l2overip}},
         {nut_guard, kSharedGuard, {&nut, &upsmon}},
     };

@@ -5,9 +5,15 @@
 
 namespace corvanshell {
 
-// Makes `guard` match the files. Modes: 0, a guard of one file, makes it hold exactly the files given; 1 and
-// 3 renew the parts of one file and of several in a shared guard, and leave the others. False when it can't
-// be written; the old guard then stays as it was.
+// How a guard is renewed.
+enum GuardMode : int {
+    kGuardOfOneFile = 0,   // it comes to hold exactly the files given
+    kOneOfSharedGuard = 1, // the part of the one file given; the others stay
+    kSharedGuard = 3,      // the parts of the files given; the others stay
+};
+
+// Makes `guard` match the files, in one of the modes above. False when it can't be written; the old guard
+// then stays as it was.
 [[nodiscard, gnu::sentinel]] bool UpdateGuardFile(const char* guard, int mode, ...);
 
 // True unless a file differs from what the guard says of it.

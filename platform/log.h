@@ -4,6 +4,10 @@
 
 // The system log. Levels are syslog(3)'s numbers: 3 is an error, 4 a warning, 6 information.
 
+constexpr int kLogError = 3;
+constexpr int kLogWarning = 4;
+constexpr int kLogInfo = 6;
+
 void slopen(const char* tag, int options, int facility);
 [[gnu::format(printf, 2, 3)]] void slput(int level, const char* format, ...);
 void slclose();

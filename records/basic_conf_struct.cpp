@@ -27,9 +27,6 @@ constexpr const char* kLockSuffix = ".lock";
 constexpr int kLockTries = 500;
 constexpr useconds_t kLockPause = 10000; // microseconds
 
-// A shared guard in which one file's part is renewed.
-constexpr int kOneOfSharedGuard = 1;
-
 bool IsSettingsSetWhole() {
     for (const std::string* file :
          {&path_list::failover_settings, &path_list::common_settings, &path_list::local_settings}) {

@@ -18,7 +18,6 @@ namespace failover {
 namespace {
 
 constexpr const char* kEditor = "/usr/bin/rnano";
-constexpr int kGuardOfOneFile = 0;
 
 enum class Outcome { kUnchanged, kChanged, kFailed };
 
@@ -67,8 +66,8 @@ bool Accept(const Backups& backups, const Lines& changes) {
     for (const std::string& line : changes)
         shell_log_info("%s", line.c_str());
     const std::string guard = path_list::failover_settings + ".crg";
-    if (!corvanshell::UpdateGuardFile(guard.c_str(), kGuardOfOneFile, path_list::failover_settings.c_str(),
-                                      nullptr)) {
+    if (!corvanshell::UpdateGuardFile(guard.c_str(), corvanshell::kGuardOfOneFile,
+                                      path_list::failover_settings.c_str(), nullptr)) {
         shell_print_error("%s", gettext("Failed to save the checksum for file failover.ini. Your files may "
                                         "appear corrupt."));
         return false;

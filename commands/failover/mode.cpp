@@ -24,7 +24,6 @@ constexpr const char* kQuagga = "/etc/init.d/quagga";
 constexpr const char* kLeave = "/sbin/failover uninstall";
 constexpr const char* kEnter = "/sbin/failover install";
 constexpr const char* kModeLog = "<F_MOD> Command failover config mode";
-constexpr int kLogInfo = 6;
 
 enum Mode { kSingle = 0, kCluster = 1 };
 

@@ -14,7 +14,6 @@ namespace failover {
 namespace {
 
 constexpr const char* kScriptFolder = "/etc/init.d/";
-constexpr int kLogInfo = 6;
 
 // The script below /etc/init.d of each service flag. The settings name services by what they do, and the
 // system by the package that does it, so neither name follows from the other. Flags that only say how another

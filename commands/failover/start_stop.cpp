@@ -13,7 +13,6 @@ namespace failover {
 namespace {
 
 constexpr const char* kProgram = "/sbin/failover";
-constexpr int kLogInfo = 6;
 
 struct Control {
     const char* command;

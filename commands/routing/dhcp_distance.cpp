@@ -16,9 +16,6 @@
 namespace routing {
 namespace {
 
-constexpr int kLogError = 3;
-constexpr int kLogInfo = 6;
-
 bool Fail(const std::string& log, const char* message, const std::string& details = "") {
     const char* text = gettext(message);
     shell_print_error("%s", text);

@@ -18,8 +18,6 @@
 namespace routing {
 namespace {
 
-constexpr int kLogError = 3;
-constexpr int kLogInfo = 6;
 constexpr const char* kNotAdded = "Failed to add new static route.";
 
 struct NewRoute {

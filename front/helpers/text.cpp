@@ -15,8 +15,6 @@
 
 namespace {
 
-constexpr int kLogError = 3;
-
 std::string ReplaceAll(const std::string& text, char what, const char* with) {
     std::string result;
     for (const char letter : text) {

@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr int kLogError = 3;
-
 [[gnu::format(printf, 2, 3)]] void LogXmlMessage(void* /*context*/, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
