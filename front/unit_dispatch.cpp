@@ -1,9 +1,10 @@
 #include "front/unit_dispatch.h"
 
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "units/content_filter/unit.h"
+#include "units/dhcp_relay/rules/lookup.h"
 #include "units/dhcp_relay/unit.h"
+#include "units/dhcp_server/model/paths.h"
 #include "units/dhcp_server/unit.h"
 #include "units/snmp/unit.h"
 

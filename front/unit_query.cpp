@@ -4,11 +4,6 @@
 #include <libxml/uri.h>
 #include <string_view>
 
-const char* const kDhcpRelayUnit = "dhcp-relay";
-const char* const kDhcpServerUnit = "dhcp-server";
-const char* const kContentFilterUnit = "content-filter";
-const char* const kSnmpAgentUnit = "corvansnmp_agent";
-
 QueryList ParseUnitQuery(const xmlURI* uri) {
     QueryList pairs;
     if (!HasUnitQuery(uri))

@@ -5,7 +5,7 @@
 
 struct _xmlURI;
 
-// The query of a unit URI, "unit://<unit>?<key>=<value>&<key>...#<fragment>", and the units' names.
+// The query of a unit URI, "unit://<unit>?<key>=<value>&<key>...#<fragment>".
 
 // One pair of a query, in the raw bytes of the URI: nothing is percent-decoded.
 struct QueryPair {
@@ -26,9 +26,3 @@ bool HasUnitQuery(const _xmlURI* uri);
 
 // The URI's fragment, "" when it has none.
 std::string GetUnitFragment(const _xmlURI* uri);
-
-// One word is the host part of a unit's URI, the name in its settings file and the base name of that file.
-extern const char* const kDhcpRelayUnit;
-extern const char* const kDhcpServerUnit;
-extern const char* const kContentFilterUnit;
-extern const char* const kSnmpAgentUnit;

@@ -1,8 +1,8 @@
 #include "units/content_filter/edit.h"
 
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/processes.h"
+#include "units/content_filter/unit.h"
 
 namespace settings::content_filter {
 namespace {

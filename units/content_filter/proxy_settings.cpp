@@ -1,10 +1,10 @@
 #include "units/content_filter/proxy_settings.h"
 
 #include "front/helpers/stream.h"
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "units/content_filter/defaults.h"
 #include "units/content_filter/rule.h"
+#include "units/content_filter/unit.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,10 +1,10 @@
 #include "units/content_filter/report.h"
 
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/processes.h"
 #include "units/content_filter/defaults.h"
 #include "units/content_filter/rule.h"
+#include "units/content_filter/unit.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,8 +1,8 @@
 #include "units/content_filter/rules.h"
 
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "units/content_filter/edit.h"
+#include "units/content_filter/unit.h"
 
 #include <charconv>
 #include <cstring>

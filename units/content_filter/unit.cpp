@@ -1,6 +1,5 @@
 #include "units/content_filter/unit.h"
 
-#include "front/unit_query.h"
 #include "settings/file.h"
 #include "units/content_filter/proxy_settings.h"
 

@@ -1,7 +1,6 @@
 #include "units/dhcp_relay/conversion.h"
 
 #include "front/helpers/stream.h"
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "settings/file.h"
 #include "settings/text.h"

@@ -1,7 +1,6 @@
 #include "units/dhcp_relay/report.h"
 
 #include "front/reports/report.h"
-#include "front/unit_query.h"
 #include "records/common_conf_struct.h"
 #include "units/dhcp_relay/rules/lookup.h"
 

@@ -1,7 +1,6 @@
 #include "units/dhcp_server/conversion.h"
 
 #include "front/helpers/stream.h"
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/path_list.h"
 #include "records/conf_struct.h"
@@ -9,6 +8,7 @@
 #include "settings/text.h"
 #include "units/dhcp_server/model/addresses.h"
 #include "units/dhcp_server/model/options.h"
+#include "units/dhcp_server/model/paths.h"
 
 #include <cerrno>
 #include <cstring>

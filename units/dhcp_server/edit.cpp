@@ -1,8 +1,8 @@
 #include "units/dhcp_server/edit.h"
 
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "units/dhcp_server/model/gates.h"
+#include "units/dhcp_server/model/paths.h"
 
 namespace settings::dhcp_server {
 

@@ -1,6 +1,5 @@
 #include "units/dhcp_server/interface_rules.h"
 
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/log.h"
 #include "platform/network.h"
@@ -11,6 +10,7 @@
 #include "units/dhcp_server/model/addresses.h"
 #include "units/dhcp_server/model/area.h"
 #include "units/dhcp_server/model/gates.h"
+#include "units/dhcp_server/model/paths.h"
 
 namespace settings::dhcp_server {
 namespace {

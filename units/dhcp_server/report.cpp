@@ -1,7 +1,6 @@
 #include "units/dhcp_server/report.h"
 
 #include "front/reports/report.h"
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/processes.h"
 #include "records/common_conf_struct.h"

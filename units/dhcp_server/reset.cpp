@@ -1,6 +1,5 @@
 #include "units/dhcp_server/reset.h"
 
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "units/dhcp_server/model/area.h"
 #include "units/dhcp_server/model/paths.h"

@@ -1,6 +1,5 @@
 #include "units/dhcp_server/subnets.h"
 
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/network.h"
 #include "platform/path_list.h"
@@ -12,6 +11,7 @@
 #include "units/dhcp_server/model/addresses.h"
 #include "units/dhcp_server/model/gates.h"
 #include "units/dhcp_server/model/options.h"
+#include "units/dhcp_server/model/paths.h"
 #include "units/dhcp_server/removal.h"
 #include "units/dhcp_server/tree_writer.h"
 

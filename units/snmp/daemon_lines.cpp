@@ -1,7 +1,7 @@
 #include "units/snmp/daemon_lines.h"
 
-#include "front/unit_query.h"
 #include "platform/console.h"
+#include "units/snmp/unit.h"
 
 #include <algorithm>
 #include <cerrno>

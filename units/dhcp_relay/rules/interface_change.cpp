@@ -1,6 +1,5 @@
 #include "units/dhcp_relay/rules/interface_change.h"
 
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/log.h"
 #include "records/common_conf_struct.h"

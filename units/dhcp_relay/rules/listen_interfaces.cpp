@@ -1,6 +1,5 @@
 #include "units/dhcp_relay/rules/listen_interfaces.h"
 
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/path_list.h"
 #include "records/conf_struct.h"

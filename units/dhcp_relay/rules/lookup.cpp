@@ -1,6 +1,5 @@
 #include "units/dhcp_relay/rules/lookup.h"
 
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/processes.h"
 

@@ -6,6 +6,9 @@
 #include <string>
 #include <vector>
 
+// The host part of the unit's URI, the name in its settings file and the base name of that file.
+inline constexpr const char* kDhcpRelayUnit = "dhcp-relay";
+
 // The relays in the settings file:
 //
 //     <unit name="dhcp-relay">

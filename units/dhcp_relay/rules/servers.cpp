@@ -1,6 +1,5 @@
 #include "units/dhcp_relay/rules/servers.h"
 
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/network.h"
 #include "platform/path_list.h"

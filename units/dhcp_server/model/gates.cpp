@@ -1,10 +1,10 @@
 #include "units/dhcp_server/model/gates.h"
 
 #include "front/probes/cluster.h"
-#include "front/unit_query.h"
 #include "platform/console.h"
 #include "platform/processes.h"
 #include "units/dhcp_server/model/area.h"
+#include "units/dhcp_server/model/paths.h"
 
 #include <set>
 

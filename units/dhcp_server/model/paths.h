@@ -2,6 +2,9 @@
 
 // The files of the DHCP server unit.
 
+// The host part of the unit's URI, the name in its settings file and the base name of that file.
+inline constexpr const char* kDhcpServerUnit = "dhcp-server";
+
 namespace settings::dhcp_server {
 
 constexpr const char* kDaemonSettings = "/etc/dhcp/dhcpd.conf";
