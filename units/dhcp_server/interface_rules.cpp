@@ -1,7 +1,6 @@
 #include "units/dhcp_server/interface_rules.h"
 
-#include "platform/console.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/network.h"
 #include "platform/path_list.h"
 #include "records/common_conf_struct.h"
@@ -26,39 +25,20 @@ CConfStruct ReadNetworkRecord() {
     return CConfStruct(path_list::local_settings, true);
 }
 
-// Prints a fault as the error or the warning that it is. False, so that a check can end with it.
-template <typename... Texts>
-bool Report(bool strict, const char* format, Texts... texts) {
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-security"
+// Tells a fault as the error or the warning that it is.
+template <class... Arguments>
+[[nodiscard]] bool Report(bool strict, FormatFor<Arguments...> format, const Arguments&... arguments) {
     if (strict)
-        shell_print_error(format, texts...);
-    else
-        shell_print_warning(format, texts...);
-#pragma GCC diagnostic pop
+        return Refuse<Arguments...>(format, arguments...);
+    PrintWarning<Arguments...>(format, arguments...);
     return false;
-}
-
-bool CheckUsable(const CConfStruct& record, const std::string& interface, const char* label, bool strict) {
-    const char* name = interface.c_str();
-    InterfaceEntry entry;
-    if (!record.FindInterface(interface, entry))
-        return Report(strict, "DHCP server: %s: unconfigured %s is unsupported", name, label);
-    if (entry.interface_class != "access")
-        return Report(strict, "DHCP server: %s: %s mode of %s is unsupported", name,
-                      entry.interface_class.c_str(), label);
-    if (entry.address.empty() || entry.address == "dhcp")
-        return Report(strict, "DHCP server: %s: %s without static IP address is unsupported", name, label);
-    if (!entry.up)
-        return Report(strict, "DHCP server: %s: %s is down", name, label);
-    return true;
 }
 
 // The option's text becomes `text` where the program manages the option.
 bool UpdateAutoOption(const LocalSubnet& subnet, const File& file, const char* name,
                       const std::string& text) {
     Node option = FirstIn(subnet, file, "option[@name = '%s' and @auto = 'yes']", name);
-    return !option || option.SetText("%s", text.c_str());
+    return !option || option.SetText(text);
 }
 
 // A list option that holds the interface's own address, as long as its service is enabled and the operator
@@ -70,13 +50,13 @@ bool UpdateServiceOption(const LocalSubnet& subnet, const File& file, const char
         Node option = value.Parent();
         if (option.GetAttr("auto") != "yes")
             return true;
-        return enabled ? value.SetText("%s", address.c_str()) : option.Remove();
+        return enabled ? value.SetText(address) : option.Remove();
     }
     if (!enabled)
         return true;
     Node option = FirstIn(subnet, file).AddChild("option");
     return option.NewAttr("name", "%s", name) && option.NewAttr("auto", "yes") &&
-           option.AddChild("address", "%s", address.c_str());
+           option.AddChild("address", address);
 }
 
 bool UpdateServiceOptions(const LocalSubnet& subnet, const File& file, const std::string& address) {
@@ -112,99 +92,110 @@ bool CheckNewAddress(File& file, const LocalSubnet& subnet, const std::string& a
            (netmask == kUnchanged || CheckSubnetMaskScope(subnet, file, netmask));
 }
 
+bool MayGoDown(const std::string& interface, bool autostart) {
+    if (autostart)
+        return Refuse("DHCP server: interface %s can not go DOWN since DHCP server autostart is on",
+                      interface);
+    PrintWarning("DHCP server: interface %s going DOWN but it is present in DHCP server configuration",
+                 interface);
+    return true;
+}
+
+bool MaySetClass(const std::string& interface, const std::string& new_class, bool autostart) {
+    if (autostart)
+        return Refuse("DHCP server: interface %s can not set %s class since DHCP server autostart is on",
+                      interface, new_class);
+    PrintWarning("DHCP server: interface %s can set %s class but it is present in DHCP server configuration",
+                 interface, new_class);
+    return true;
+}
+
 } // namespace
+
+bool CheckInterfaceUsable(const CConfStruct& record, const std::string& interface, const char* label,
+                          bool strict) {
+    InterfaceEntry entry;
+    if (!record.FindInterface(interface, entry))
+        return Report(strict, "DHCP server: %s: unconfigured %s is unsupported", interface, label);
+    if (entry.interface_class != "access")
+        return Report(strict, "DHCP server: %s: %s mode of %s is unsupported", interface,
+                      entry.interface_class, label);
+    if (entry.address.empty() || entry.address == "dhcp")
+        return Report(strict, "DHCP server: %s: %s without static IP address is unsupported", interface,
+                      label);
+    return entry.up || Report(strict, "DHCP server: %s: %s is down", interface, label);
+}
+
+bool CheckInterfaceUsable(const std::string& interface, const char* label, bool strict) {
+    return CheckInterfaceUsable(ReadNetworkRecord(), interface, label, strict);
+}
 
 bool CheckServedInterface(const CConfStruct& record, const std::string& interface, bool is_listen,
                           bool strict) {
-    if (interface.empty()) {
-        shell_print_error("DHCP server: listen interface is incorrect");
-        return false;
-    }
+    if (interface.empty())
+        return Refuse("DHCP server: listen interface is incorrect");
     const std::string relay = is_listen ? dhcp_relay::FindRelayByInterface(interface) : "";
-    if (!relay.empty()) {
-        shell_print_error("DHCP server: %s: %s is used by DHCP relay %s", interface.c_str(), kListenInterface,
-                          relay.c_str());
-        return false;
-    }
-    return CheckUsable(record, interface, is_listen ? kListenInterface : kRelayInterface, strict);
+    if (!relay.empty())
+        return Refuse("DHCP server: %s: %s is used by DHCP relay %s", interface, kListenInterface, relay);
+    return CheckInterfaceUsable(record, interface, is_listen ? kListenInterface : kRelayInterface, strict);
 }
 
 bool CheckServedInterface(const std::string& interface, bool is_listen, bool strict) {
     return CheckServedInterface(ReadNetworkRecord(), interface, is_listen, strict);
 }
 
-bool CheckInterfaceUsable(const std::string& interface, const char* label, bool strict) {
-    return CheckUsable(ReadNetworkRecord(), interface, label, strict);
-}
-
-bool UpdateListenInterface(File& file, const std::string& interface, bool strict) {
+bool UpdateListenInterface(const CConfStruct& record, File& file, const std::string& interface, bool strict) {
     const LocalSubnet subnet(interface);
     Node node = FirstIn(subnet, file);
     if (!node)
         return true;
-    const CConfStruct record = ReadNetworkRecord();
-    if (!CheckServedInterface(record, interface, true, strict))
-        return false;
     InterfaceEntry entry;
-    if (!record.FindInterface(interface, entry))
+    if (!CheckServedInterface(record, interface, true, strict) || !record.FindInterface(interface, entry))
         return false;
     const std::string network = NetworkOf(entry, interface);
     const std::string broadcast = corvanshell::getbrcast(entry.address, entry.netmask);
-    const bool updated =
-        UpdateAutoOption(subnet, file, "subnet-mask", entry.netmask) &&
-        UpdateAutoOption(subnet, file, "broadcast-address", broadcast) &&
-        UpdateServiceOptions(subnet, file, entry.address) &&
-        FirstIn(subnet, file, "child::interface").SetAttr("address", "%s", entry.address.c_str()) &&
-        node.SetAttr("address", "%s", network.c_str()) &&
-        node.SetAttr("netmask", "%s", entry.netmask.c_str());
+    const bool updated = UpdateAutoOption(subnet, file, "subnet-mask", entry.netmask) &&
+                         UpdateAutoOption(subnet, file, "broadcast-address", broadcast) &&
+                         UpdateServiceOptions(subnet, file, entry.address) &&
+                         FirstIn(subnet, file, "child::interface").SetAttr("address", entry.address) &&
+                         node.SetAttr("address", network) && node.SetAttr("netmask", entry.netmask);
     return updated && file.Save();
 }
 
-void UpdateDhcpServerInterface(const std::string& interface, bool strict) {
-    File file(kDhcpServerUnit, "");
-    // The interface has its new address already; the failure is reported and changes nothing of that.
-    static_cast<void>(file.Load() && UpdateListenInterface(file, interface, strict));
+bool UpdateListenInterface(File& file, const std::string& interface, bool strict) {
+    // The record is not asked for an interface that is not the server's.
+    return !SelectIn(LocalSubnet(interface), file) ||
+           UpdateListenInterface(ReadNetworkRecord(), file, interface, strict);
 }
 
-bool CheckDhcpServerInterfaceChange(const std::string& interface, bool going_down,
+void UpdateDhcpServerInterface(const CConfStruct& record, const std::string& interface, bool strict) {
+    File file(kDhcpServerUnit, "");
+    // The interface has its new address already; the failure is reported and changes nothing of that.
+    static_cast<void>(file.Load() && UpdateListenInterface(record, file, interface, strict));
+}
+
+void UpdateDhcpServerInterface(const std::string& interface, bool strict) {
+    UpdateDhcpServerInterface(ReadNetworkRecord(), interface, strict);
+}
+
+bool CheckDhcpServerInterfaceChange(const CConfStruct& record, const std::string& interface, bool going_down,
                                     const std::string& new_class, const std::string& new_address,
                                     const std::string& new_netmask) {
-    const char* name = interface.c_str();
-    if (interface.empty()) {
-        shell_print_error("DHCP server: listen interface is incorrect");
-        return false;
-    }
+    if (interface.empty())
+        return Refuse("DHCP server: listen interface is incorrect");
     const LocalSubnet subnet(interface);
     File file(kDhcpServerUnit, "");
     if (!file.Load() || !SelectIn(subnet, file))
         return true;
-    if (IsDhcpServerRunning()) {
-        shell_print_error("DHCP server is running and the interface %s is in use", name);
-        return false;
-    }
+    if (IsDhcpServerRunning())
+        return Refuse("DHCP server is running and the interface %s is in use", interface);
     const bool autostart = corvanshell::CommonConfStruct().GetFlag("DHCP_SERVER");
-    shell_log_info("DHCP server autostart is %s ", autostart ? "on" : "off");
-    if (going_down) {
-        if (autostart)
-            shell_print_error("DHCP server: interface %s can not go DOWN since DHCP server autostart is on",
-                              name);
-        else
-            shell_print_warning(
-                "DHCP server: interface %s going DOWN but it is present in DHCP server configuration", name);
-        return !autostart;
-    }
-    if (new_class != "access") {
-        if (autostart)
-            shell_print_error(
-                "DHCP server: interface %s can not set %s class since DHCP server autostart is on", name,
-                new_class.c_str());
-        else
-            shell_print_warning(
-                "DHCP server: interface %s can set %s class but it is present in DHCP server configuration",
-                name, new_class.c_str());
-        return !autostart;
-    }
-    if (!CheckInterfaceUsable(interface, kListenInterface, autostart))
+    LogInfo("DHCP server autostart is %s ", autostart ? "on" : "off");
+    if (going_down)
+        return MayGoDown(interface, autostart);
+    if (new_class != "access")
+        return MaySetClass(interface, new_class, autostart);
+    if (!CheckInterfaceUsable(record, interface, kListenInterface, autostart))
         return !autostart;
     if (new_address == kUnchanged)
         return true;
@@ -212,9 +203,16 @@ bool CheckDhcpServerInterfaceChange(const std::string& interface, bool going_dow
     if (CheckNewAddress(file, subnet, new_address, new_netmask))
         return true;
     if (!autostart)
-        shell_print_warning("DHCP server: above error(s) should be treated as warnings since DHCP server "
-                            "autostart is off");
+        PrintWarning("DHCP server: above error(s) should be treated as warnings since DHCP server autostart "
+                     "is off");
     return !autostart;
+}
+
+bool CheckDhcpServerInterfaceChange(const std::string& interface, bool going_down,
+                                    const std::string& new_class, const std::string& new_address,
+                                    const std::string& new_netmask) {
+    return CheckDhcpServerInterfaceChange(ReadNetworkRecord(), interface, going_down, new_class, new_address,
+                                          new_netmask);
 }
 
 } // namespace settings::dhcp_server
