@@ -1,7 +1,6 @@
 #include "units/dhcp_relay/unit.h"
 
-#include "front/unit_query.h"
-#include "platform/console.h"
+#include "front/query_table.h"
 #include "settings/file.h"
 #include "units/dhcp_relay/conversion.h"
 #include "units/dhcp_relay/daemon_settings.h"
@@ -34,36 +33,31 @@ bool IsRelayId(const std::string& id) {
     const long number = std::strtol(id.c_str(), &end, 10);
     if (end != id.c_str() && errno == 0 && number >= 1)
         return true;
-    shell_print_error("DHCP relay: wrong format of ID of DHCP relay");
-    return false;
+    return Refuse("DHCP relay: wrong format of ID of DHCP relay");
 }
 
-bool WrongQuery() {
-    shell_print_error("DHCP relay: wrong query format");
-    return false;
-}
+constexpr Format<> kWrongQuery = "DHCP relay: wrong query format";
 
-bool Check(const Request& request) {
+bool Check(const Request& request, const std::string& /*value*/) {
     return GenerateRelaySettings(request.file, nullptr, request.id);
 }
 
-bool Print(const Request& request) {
+bool Print(const Request& request, const std::string& /*value*/) {
     request.file.Close();
     return PrintDhcpRelays("");
 }
 
-bool Dump(const Request& request) {
+bool Dump(const Request& request, const std::string& /*value*/) {
     request.file.Close();
     return DumpRelaySettings();
 }
 
-bool Convert(const Request& request) {
+bool Convert(const Request& request, const std::string& path) {
     request.file.Close();
-    return ConvertRelayDaemonSettings(request.query.front().value);
+    return ConvertRelayDaemonSettings(path);
 }
 
-bool Required(const Request& request) {
-    const std::string& interface = request.query.front().value;
+bool Required(const Request& request, const std::string& interface) {
     Node found = FindServerInterface(request.file, interface);
     if (!found)
         found = FindListenInterface(request.file, interface);
@@ -89,29 +83,24 @@ bool TakeArguments(const Request& request, std::initializer_list<const char*> ke
     return true;
 }
 
-bool AddServer(const Request& request) {
+bool AddServer(const Request& request, const std::string& /*value*/) {
     std::map<std::string, std::string> arguments;
     if (!TakeArguments(request, {"server", "server_id", "interface"}, arguments))
-        return WrongQuery();
+        return Refuse(kWrongQuery);
     const std::string& server_id = arguments["server_id"];
     if (server_id != kExternalServer && server_id != kBackupServer)
-        return WrongQuery();
+        return Refuse(kWrongQuery);
     return AddRelayServer(request.id, server_id, arguments["server"], arguments["interface"]);
 }
 
-bool AddListenInterface(const Request& request) {
+bool AddListenInterface(const Request& request, const std::string& /*value*/) {
     std::map<std::string, std::string> arguments;
     if (!TakeArguments(request, {"interface"}, arguments))
-        return WrongQuery();
+        return Refuse(kWrongQuery);
     return AddRelayListenInterface(request.id, arguments["interface"]);
 }
 
-struct QueryRow {
-    const char* key;
-    bool (*run)(const Request& request);
-};
-
-constexpr QueryRow kQueries[] = {
+constexpr QueryRow<const Request&> kQueries[] = {
     {"check", Check},
     {"print", Print},
     {"dump", Dump},
@@ -120,14 +109,6 @@ constexpr QueryRow kQueries[] = {
     {"add-server", AddServer},
     {"add-listen-interface", AddListenInterface},
 };
-
-bool RunQuery(const Request& request) {
-    for (const QueryRow& row : kQueries) {
-        if (request.query.front().key == row.key)
-            return row.run(request);
-    }
-    return WrongQuery();
-}
 
 } // namespace
 } // namespace settings::dhcp_relay
@@ -143,5 +124,5 @@ bool DhcpRelayUnit(const _xmlURI* uri) {
     const QueryList query = ParseUnitQuery(uri);
     if (query.empty())
         return WriteRelayDaemonSettings(file, id);
-    return RunQuery({file, id, query});
+    return RunQuery(kQueries, query.front(), kWrongQuery, Request{file, id, query});
 }

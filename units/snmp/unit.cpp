@@ -1,26 +1,22 @@
 #include "units/snmp/unit.h"
 
+#include "front/query_table.h"
 #include "front/reports/report.h"
-#include "front/unit_query.h"
-#include "platform/console.h"
 #include "platform/locks.h"
-#include "platform/log.h"
 #include "units/snmp/conversion.h"
 #include "units/snmp/daemon_settings.h"
-
-#include <libintl.h>
 
 namespace {
 
 constexpr const char* kSettingsLock = "/run/lock/snmp.lock";
-constexpr const char* kConvertQuery = "convert-daemon-settings";
 
-bool RunQuery(const QueryPair& pair) {
-    shell_log_info("SNMP: query: %s", pair.key.c_str());
-    if (pair.key == kConvertQuery)
-        return snmp::ConvertDaemonSettings(pair.value);
-    shell_print_error("%s", gettext("SNMP: wrong query format"));
-    return false;
+constexpr QueryRow<> kQueries[] = {
+    {"convert-daemon-settings", snmp::ConvertDaemonSettings},
+};
+
+bool RunFirst(const QueryList& query) {
+    LogInfo("SNMP: query: %s", query.front().key);
+    return RunQuery(kQueries, query.front(), Tr("SNMP: wrong query format"));
 }
 
 } // namespace
@@ -30,5 +26,5 @@ bool SnmpAgentUnit(const _xmlURI* uri) {
     if (!LockForReading(lock))
         return false;
     const QueryList query = ParseUnitQuery(uri);
-    return query.empty() ? snmp::WriteDaemonFiles() : RunQuery(query.front());
+    return query.empty() ? snmp::WriteDaemonFiles() : RunFirst(query);
 }
