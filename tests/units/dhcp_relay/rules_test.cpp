@@ -1,5 +1,6 @@
 #include "tests/units/dhcp_relay/relay_fixture.h"
 #include "units/dhcp_relay/rules/interface_change.h"
+#include "units/dhcp_relay/rules/interface_index.h"
 #include "units/dhcp_relay/rules/listen_interfaces.h"
 #include "units/dhcp_relay/rules/lookup.h"
 #include "units/dhcp_relay/rules/servers.h"
@@ -108,14 +109,29 @@ TEST_F(RelayTest, EditsFromTheFirstElementToTheLast) {
     EXPECT_EQ(ListRelayExternalInterfaces(), (std::vector<std::string>{"eth0", "eth4"}));
     EXPECT_EQ(GetRelayExternalServer("7", "eth4") + GetRelayBackupServer("7", "eth0"),
               "10.0.0.6dhcp.invalid");
-    EXPECT_EQ(FindRelayByInterface("eth1") + FindRelayByInterface("eth4") + FindRelayByInterface("eth6"),
-              "77");
 
     Expect([] { return RemoveRelayServer("7", "0", "10.0.0.6", "eth4"); }, true, {});
     Expect([] { return RemoveRelayServer("7", "1", "dhcp.invalid", "eth0"); }, true, {});
     Expect([] { return RemoveRelayListenInterface("7", "eth1"); }, true, {});
     EXPECT_EQ(ReadFile(kSettings),
               "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<unit name=\"dhcp-relay\"/>\n");
+}
+
+TEST_F(RelayTest, InterfacesAndTheirRelays) {
+    Relays(kTwoRelays + R"(  <dhcp-relay id="3">
+    <interface type="listen">eth6</interface>
+    <interface type="other">eth7</interface>
+    <interface type="listen">eth1</interface>
+    <server id="0" interface="eth8"/>
+    <server id="1" interface="eth6">10.0.0.8</server>
+  </dhcp-relay>
+)");
+    const InterfaceIndex index;
+    for (const auto& [interface, relay] :
+         {std::pair{"eth0", "1"}, {"eth1", "1"}, {"eth6", "3"}, {"eth7", ""}, {"eth8", ""}, {"", ""}}) {
+        EXPECT_EQ(FindRelayByInterface(interface), relay);
+        EXPECT_EQ(index.Find(interface), relay);
+    }
 }
 
 TEST_F(RelayTest, LimitOfListenInterfacesIsEachRelays) {

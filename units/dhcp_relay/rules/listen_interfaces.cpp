@@ -1,6 +1,6 @@
 #include "units/dhcp_relay/rules/listen_interfaces.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 #include "records/conf_struct.h"
 #include "units/dhcp_relay/rules/lookup.h"
@@ -12,41 +12,28 @@ namespace {
 constexpr std::size_t kMaximumListenInterfaces = 32;
 
 // The interface has no other role in the appliance.
-bool CheckUnused(const File& file, const char* id, const std::string& interface) {
-    if (const Node used = FindListenInterface(file, interface)) {
-        shell_print_error(
-            "DHCP relay %s: %s: interface is already in use as listen interface within DHCP relay "
-            "%s",
-            id, interface.c_str(), used.Parent().GetAttr("id").c_str());
-        return false;
-    }
-    if (const Node server = FindServerInterface(file, interface)) {
-        shell_print_error(
-            "DHCP relay %s: %s: interface is already in use as %s interface within DHCP relay %s", id,
-            interface.c_str(), ServerRole(server.GetAttr("id")), server.Parent().GetAttr("id").c_str());
-        return false;
-    }
-    if (dhcp_server::IsDhcpServerListenInterface(interface)) {
-        shell_print_error(
-            "DHCP relay %s: %s: interface is already in use as listen interface within DHCP server", id,
-            interface.c_str());
-        return false;
-    }
-    return true;
+bool CheckUnused(const File& file, const std::string& id, const std::string& interface) {
+    if (const Node used = FindListenInterface(file, interface))
+        return Refuse(
+            "DHCP relay %s: %s: interface is already in use as listen interface within DHCP relay %s", id,
+            interface, used.Parent().GetAttr("id"));
+    if (const Node server = FindServerInterface(file, interface))
+        return Refuse("DHCP relay %s: %s: interface is already in use as %s interface within DHCP relay %s",
+                      id, interface, ServerRole(server.GetAttr("id")), server.Parent().GetAttr("id"));
+    return !dhcp_server::IsDhcpServerListenInterface(interface) ||
+           Refuse("DHCP relay %s: %s: interface is already in use as listen interface within DHCP server", id,
+                  interface);
 }
 
-bool CheckRoom(Node relay, const char* id) {
+bool CheckRoom(Node relay, const std::string& id) {
     std::size_t count = 0;
     for (Node child = relay.FirstChild(); child; child = child.NextSibling()) {
         if (child.IsNamed("interface") && child.GetAttr("type") == "listen")
             ++count;
     }
-    if (count < kMaximumListenInterfaces)
-        return true;
-    shell_print_error(
-        "DHCP relay %s: failed to add interface due to maximum number of listen interfaces: %zu", id,
-        kMaximumListenInterfaces);
-    return false;
+    return count < kMaximumListenInterfaces ||
+           Refuse("DHCP relay %s: failed to add interface due to maximum number of listen interfaces: %zu",
+                  id, kMaximumListenInterfaces);
 }
 
 } // namespace
@@ -59,36 +46,26 @@ bool CheckListenInterfaceUsable(const std::string& id, const std::string& interf
 bool CheckListenInterfaceUsable(const corvanshell::CConfStruct& record, const std::string& id,
                                 const std::string& interface) {
     corvanshell::InterfaceEntry entry;
-    if (!record.FindInterface(interface, entry)) {
-        shell_print_error("DHCP relay %s: %s: unconfigured listen interface is unsupported", id.c_str(),
-                          interface.c_str());
-        return false;
-    }
-    if (entry.interface_class != "access") {
-        shell_print_error("DHCP relay %s: %s: %s mode of listen interface is unsupported", id.c_str(),
-                          interface.c_str(), entry.interface_class.c_str());
-        return false;
-    }
-    if (entry.address.empty() || entry.address == "dhcp") {
-        shell_print_error("DHCP relay %s: %s: listen interface without static IP address is unsupported",
-                          id.c_str(), interface.c_str());
-        return false;
-    }
-    return true;
+    if (!record.FindInterface(interface, entry))
+        return Refuse("DHCP relay %s: %s: unconfigured listen interface is unsupported", id, interface);
+    if (entry.interface_class != "access")
+        return Refuse("DHCP relay %s: %s: %s mode of listen interface is unsupported", id, interface,
+                      entry.interface_class);
+    return (!entry.address.empty() && entry.address != "dhcp") ||
+           Refuse("DHCP relay %s: %s: listen interface without static IP address is unsupported", id,
+                  interface);
 }
 
 bool AddRelayListenInterface(const std::string& id, const std::string& interface) {
     if (!IsChangePermitted(id))
         return false;
-    if (interface.empty()) {
-        shell_print_error("DHCP relay %s: listen interface is unspecified", id.c_str());
-        return false;
-    }
+    if (interface.empty())
+        return Refuse("DHCP relay %s: listen interface is unspecified", id);
     File file(kDhcpRelayUnit, "");
-    if (!CheckListenInterfaceUsable(id, interface) || !file.Load() ||
-        !CheckUnused(file, id.c_str(), interface) || !CheckRoom(FindRelay(file, id), id.c_str()))
+    if (!CheckListenInterfaceUsable(id, interface) || !file.Load() || !CheckUnused(file, id, interface) ||
+        !CheckRoom(FindRelay(file, id), id))
         return false;
-    Node added = FindOrCreateRelay(file, id).AddChild("interface", "%s", interface.c_str());
+    Node added = FindOrCreateRelay(file, id).AddChild("interface", interface);
     return added.NewAttr("type", "listen") && file.Save();
 }
 
@@ -99,11 +76,9 @@ bool RemoveRelayListenInterface(const std::string& id, const std::string& interf
     Node node;
     if (IsLiteral(id) && IsLiteral(interface))
         node = file.SelectFirst("/unit/dhcp-relay[@id = '%s']/interface[@type = 'listen' and text() = '%s']",
-                                id.c_str(), interface.c_str());
-    if (!node) {
-        shell_print_error("DHCP relay %s: %s: listen interface is not in use", id.c_str(), interface.c_str());
-        return false;
-    }
+                                id, interface);
+    if (!node)
+        return Refuse("DHCP relay %s: %s: listen interface is not in use", id, interface);
     return RemoveFromRelay(node) && file.Save();
 }
 

@@ -1,6 +1,6 @@
 #include "units/dhcp_relay/rules/lookup.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/processes.h"
 
 #include <initializer_list>
@@ -13,12 +13,18 @@ constexpr const char* kListenInterfaces = "/unit/dhcp-relay[@id]/interface[@type
 constexpr const char* kServerInterfaces =
     "/unit/dhcp-relay[@id]/server[@id and @interface and text()]/@interface";
 
+// The use of the interface that counts: listening more than reaching a server.
+Node FindUse(const File& file, const std::string& name) {
+    const Node listening = FindListenInterface(file, name);
+    return listening ? listening : FindServerInterface(file, name);
+}
+
 std::string GetRelayServer(const std::string& id, const char* server_id, const std::string& interface) {
     File file(kDhcpRelayUnit, "");
     if (!IsLiteral(id) || !IsLiteral(interface) || !file.Load())
         return "";
     return file.GetText("/unit/dhcp-relay[@id = '%s']/server[@id = '%s' and @interface = '%s' and text()]",
-                        id.c_str(), server_id, interface.c_str());
+                        id, server_id, interface);
 }
 
 std::vector<std::string> ListTexts(std::initializer_list<const char*> paths) {
@@ -46,11 +52,8 @@ bool IsDhcpRelayRunning(const std::string& id) {
 }
 
 bool IsChangePermitted(const std::string& id) {
-    if (!IsDhcpRelayRunning(id))
-        return true;
-    shell_print_error("DHCP relay %s: prohibited to change configuration while daemon is running",
-                      id.c_str());
-    return false;
+    return !IsDhcpRelayRunning(id) ||
+           Refuse("DHCP relay %s: prohibited to change configuration while daemon is running", id);
 }
 
 std::string FindRelayByInterface(const std::string& name) {
@@ -59,10 +62,11 @@ std::string FindRelayByInterface(const std::string& name) {
 }
 
 std::string FindRelayByInterface(const File& file, const std::string& name) {
-    Node found = FindListenInterface(file, name);
-    if (!found)
-        found = FindServerInterface(file, name);
-    return found.Parent().GetAttr("id");
+    return FindUse(file, name).Parent().GetAttr("id");
+}
+
+bool IsRelayInterface(const File& file, const std::string& name) {
+    return static_cast<bool>(FindUse(file, name));
 }
 
 std::string GetRelayExternalServer(const std::string& id, const std::string& interface) {
@@ -88,19 +92,17 @@ std::vector<std::string> ListRelayExternalInterfaces() {
 Node FindListenInterface(const File& file, const std::string& interface) {
     if (!IsLiteral(interface))
         return {};
-    return file.SelectFirst("/unit/dhcp-relay[@id]/interface[@type = 'listen' and text() = '%s']",
-                            interface.c_str());
+    return file.SelectFirst("/unit/dhcp-relay[@id]/interface[@type = 'listen' and text() = '%s']", interface);
 }
 
 Node FindServerInterface(const File& file, const std::string& interface) {
     if (!IsLiteral(interface))
         return {};
-    return file.SelectFirst("/unit/dhcp-relay[@id]/server[@id and @interface = '%s' and text()]",
-                            interface.c_str());
+    return file.SelectFirst("/unit/dhcp-relay[@id]/server[@id and @interface = '%s' and text()]", interface);
 }
 
 Node FindRelay(const File& file, const std::string& id) {
-    return IsLiteral(id) ? file.SelectFirst("/unit/dhcp-relay[@id = '%s']", id.c_str()) : Node();
+    return IsLiteral(id) ? file.SelectFirst("/unit/dhcp-relay[@id = '%s']", id) : Node();
 }
 
 Node FindOrCreateRelay(const File& file, const std::string& id) {
@@ -108,10 +110,10 @@ Node FindOrCreateRelay(const File& file, const std::string& id) {
         return found;
     // Nothing could find such a relay again.
     if (!IsLiteral(id)) {
-        shell_print_error("DHCP relay %s: ID with a quote is unsupported", id.c_str());
+        PrintError("DHCP relay %s: ID with a quote is unsupported", id);
         return {};
     }
-    return file.Root().AddChild("dhcp-relay").NewAttr("id", "%s", id.c_str());
+    return file.Root().AddChild("dhcp-relay").NewAttr("id", id);
 }
 
 bool RemoveFromRelay(Node node) {

@@ -38,8 +38,10 @@ bool IsDhcpRelayRunning(const std::string& id);
 
 // The ID of the relay that uses the interface, in either role; "" when none does or the file can't be loaded.
 std::string FindRelayByInterface(const std::string& name);
-// The same in a file that is loaded already.
+// The same in a file that is loaded already. Who asks of many interfaces has InterfaceIndex.
 std::string FindRelayByInterface(const File& file, const std::string& name);
+// Whether a relay uses the interface, in either role.
+bool IsRelayInterface(const File& file, const std::string& name);
 
 // The address or name of a relay's server on that interface, "" when there is none.
 std::string GetRelayExternalServer(const std::string& id, const std::string& interface);
