@@ -1,8 +1,8 @@
 #include "commands/dgd/dgd_config.h"
 
 #include "commands/dgd/words.h"
-#include "commands/routing/config_file.h"
-#include "commands/routing/daemon.h"
+#include "commands/vtysh/config_file.h"
+#include "commands/vtysh/daemon.h"
 #include "platform/path_list.h"
 
 #include <algorithm>
@@ -35,20 +35,20 @@ int LevelIndex(const std::string& name) {
 }
 
 bool FirstLineIs(const std::string& command, const char* text) {
-    routing::Lines lines;
-    return routing::Ask(command, lines) && !lines.empty() && lines.front() == text;
+    vtysh::Lines lines;
+    return vtysh::Ask(command, lines) && !lines.empty() && lines.front() == text;
 }
 
 } // namespace
 
 bool ConfigSectionHas(const std::string& section, const std::string& word) {
-    routing::Lines lines;
+    vtysh::Lines lines;
     const auto is_header = [&](const std::string& line) {
         return line.starts_with(section) && (line.size() == section.size() || line[section.size()] == ' ');
     };
-    return routing::ReadBlock(kDgddFile, is_header, lines) &&
+    return vtysh::ReadBlock(kDgddFile, is_header, lines) &&
            (word.empty() || std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
-                return routing::HoldsWords(line, word);
+                return vtysh::HoldsWords(line, word);
             }));
 }
 
@@ -56,15 +56,15 @@ bool DgdConfig::Load() {
     enabled = FirstLineIs("/sbin/dgd.sh enabled", "yes");
     running = FirstLineIs("/sbin/dgd.sh status", "running");
     lock_tool::FileLock lock(path_list::settings_lock);
-    if (!routing::LockSettings(lock))
+    if (!vtysh::LockSettings(lock))
         return false;
     // What can't be asked keeps its value; a daemon's refusal shows at the first change.
     Lines lines;
-    if (running && routing::Ask("/usr/bin/vtysh -d dgdd -c \"show logging\"", lines))
+    if (running && vtysh::Ask("/usr/bin/vtysh -d dgdd -c \"show logging\"", lines))
         TakeLogging(lines);
-    if (routing::Ask(running ? "/usr/bin/vtysh -d dgdd -c \"show running-config\""
-                             : "cat /etc/quagga/dgdd.conf",
-                     lines))
+    if (vtysh::Ask(running ? "/usr/bin/vtysh -d dgdd -c \"show running-config\""
+                           : "cat /etc/quagga/dgdd.conf",
+                   lines))
         TakeConfiguration(lines);
     return true;
 }
@@ -114,7 +114,7 @@ bool DgdConfig::Change(const std::vector<std::string>& parts) {
         line += " -c \"" + part + "\"";
     {
         lock_tool::FileLock lock(path_list::settings_lock);
-        if (!routing::LockSettings(lock) || !routing::Send(line + " -c \"end\" -c \"write file\""))
+        if (!vtysh::LockSettings(lock) || !vtysh::Send(line + " -c \"end\" -c \"write file\""))
             return false;
     }
     (void)Load(); // takes the lock itself; the change stands without it

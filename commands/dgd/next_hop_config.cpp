@@ -2,7 +2,7 @@
 
 #include "commands/dgd/dgd_config.h"
 #include "commands/dgd/words.h"
-#include "commands/routing/daemon.h"
+#include "commands/vtysh/daemon.h"
 #include "platform/console.h"
 #include "platform/log.h"
 
@@ -32,8 +32,8 @@ bool ChangesFields() {
 
 // Whether no other next hop has the address.
 bool CheckAddressUnused(const std::string& name, const std::string& address) {
-    routing::Lines lines;
-    if (!routing::Ask("/usr/bin/vtysh -d \"dgdd\" -c \"show next-hop\"", lines)) {
+    vtysh::Lines lines;
+    if (!vtysh::Ask("/usr/bin/vtysh -d \"dgdd\" -c \"show next-hop\"", lines)) {
         shell_log_error("Failed dgd command \"show next-hop\".");
         return false;
     }
@@ -63,7 +63,7 @@ void DgdConfig::ListNextHops() {
     next_hops.clear();
     Lines lines;
     const bool asks = enabled && running;
-    if (!routing::Ask(asks ? kShowNextHops : "cat /etc/quagga/dgdd.conf", lines))
+    if (!vtysh::Ask(asks ? kShowNextHops : "cat /etc/quagga/dgdd.conf", lines))
         return;
     for (auto& next_hop : asks ? nexthop::ParseShown(lines) : nexthop::ParseConfigured(lines))
         next_hops[next_hop->Name()] = std::move(next_hop);
@@ -143,11 +143,11 @@ bool DgdConfig::AddDynamic(const std::string& name, const std::string& interface
 
 bool DgdConfig::DeleteNextHop(const std::string& kind, const std::string& name) {
     Lines lines;
-    if (!routing::Ask("/usr/bin/vtysh -d dgdd -c \"show running-config\"", lines))
+    if (!vtysh::Ask("/usr/bin/vtysh -d dgdd -c \"show running-config\"", lines))
         return false;
     const std::string reference = "match next-hop " + name + " state ";
     for (const std::string& line : lines) {
-        if (routing::Contains(line, reference)) {
+        if (vtysh::Contains(line, reference)) {
             shell_print_error(
                 gettext("Can't delete this next-hop, because it is referenced by at least one dgd rule."));
             return false;

@@ -2,7 +2,7 @@
 
 #include "commands/dgd/dgd_config.h"
 #include "commands/dgd/words.h"
-#include "commands/routing/daemon.h"
+#include "commands/vtysh/daemon.h"
 #include "platform/console.h"
 #include "platform/log.h"
 
@@ -15,8 +15,8 @@ constexpr std::size_t kRuleLength = 79;
 constexpr const char* kIndent = "      ";
 
 bool CheckPolicy(const std::string& policy) {
-    routing::Lines lines;
-    if (!routing::Ask("/usr/bin/vtysh -c \"show ip policy " + policy + "\"", lines)) {
+    vtysh::Lines lines;
+    if (!vtysh::Ask("/usr/bin/vtysh -c \"show ip policy " + policy + "\"", lines)) {
         shell_log_error("Failed dgd command \"show ip policy %s\".", policy.c_str());
         return false;
     }
@@ -74,7 +74,7 @@ bool DgdConfig::RemoveEmptyRule(const std::string& rule) {
 std::string DgdConfig::ShowRules(const std::string& name) const {
     Lines lines;
     // An answer that fails shows as no rules.
-    (void)routing::Ask(
+    (void)vtysh::Ask(
         running ? "/usr/bin/vtysh -d dgdd -c \"show running-config\"" : "cat /etc/quagga/dgdd.conf", lines);
     std::string rules;
     int count = 0;

@@ -39,7 +39,7 @@ Routes FindByDistance(const Routes& routes, const std::string& distance,
 
 // /usr/bin/vtysh -d zdhcpd -c "conf t" -c "router dhcp" -c "distance 60 default 50" -c "end" -c "write file"
 bool SendDistance(const std::string& distance, const std::string& default_distance) {
-    return Send(ConfigureLine(
+    return vtysh::Send(vtysh::ConfigureLine(
         "zdhcpd", {"router dhcp", "distance " + distance +
                                       (default_distance.empty() ? "" : " default " + default_distance)}));
 }
@@ -88,7 +88,7 @@ bool ShowDhcpRoutes() {
     if (IsDisabledOnPassiveNode(gettext(kFeature)))
         return false;
     Lines lines;
-    if (!Ask("/usr/bin/vtysh -d zdhcpd -c 'show ip dhcp route'", lines)) {
+    if (!vtysh::Ask("/usr/bin/vtysh -d zdhcpd -c 'show ip dhcp route'", lines)) {
         shell_print_error(gettext("Failed to show dhcp route"));
         return false;
     }

@@ -1,8 +1,8 @@
 #include "commands/routing/policy_checks.h"
 
 #include "commands/arguments/arguments.h"
-#include "commands/routing/config_file.h"
-#include "commands/routing/daemon.h"
+#include "commands/vtysh/config_file.h"
+#include "commands/vtysh/daemon.h"
 #include "platform/console.h"
 #include "platform/processes.h"
 
@@ -12,20 +12,22 @@
 namespace routing {
 namespace {
 
+using vtysh::Lines;
+
 // Behind a line, so that a search can tell a whole number from the beginning of a longer one.
 constexpr const char* kEndMark = "*";
 
 bool TablesHold(const std::string& text) {
     Lines lines;
-    return Ask("/usr/bin/vtysh -c \"show tables static\"", lines) &&
+    return vtysh::Ask("/usr/bin/vtysh -c \"show tables static\"", lines) &&
            std::any_of(lines.begin(), lines.end(),
-                       [&](const std::string& line) { return Contains(line, text); });
+                       [&](const std::string& line) { return vtysh::Contains(line, text); });
 }
 
 // The item lines of the rule in the saved configuration. False when it has no such rule.
 bool ReadRule(const std::string& header, Lines& items) {
-    return ReadBlock(
-        kZebraFile, [&](const std::string& line) { return line == header; }, items);
+    return vtysh::ReadBlock(
+        vtysh::kZebraFile, [&](const std::string& line) { return line == header; }, items);
 }
 
 } // namespace
@@ -36,16 +38,17 @@ std::string RuleHeader(const std::string& name, unsigned long priority) {
 
 bool IsRuleSlotFree(const std::string& name, unsigned long priority, const std::string& key) {
     Lines lines;
-    if (!arguments::IsName(name) || !Ask("/usr/bin/vtysh -d zebra -c \"show ip policy " + name + "\"", lines))
+    if (!arguments::IsName(name) ||
+        !vtysh::Ask("/usr/bin/vtysh -d zebra -c \"show ip policy " + name + "\"", lines))
         return true;
     const std::string header = RuleHeader(name, priority) + kEndMark;
     auto line = std::find_if(lines.begin(), lines.end(), [&](const std::string& candidate) {
-        return Contains(candidate + kEndMark, header);
+        return vtysh::Contains(candidate + kEndMark, header);
     });
     if (line == lines.end())
         return true;
-    for (++line; line != lines.end() && !Contains(*line, "ip rule "); ++line) {
-        if (Contains(*line, " " + key + " "))
+    for (++line; line != lines.end() && !vtysh::Contains(*line, "ip rule "); ++line) {
+        if (vtysh::Contains(*line, " " + key + " "))
             return false;
     }
     return true;
@@ -54,7 +57,7 @@ bool IsRuleSlotFree(const std::string& name, unsigned long priority, const std::
 bool RuleHasItem(const std::string& header, const std::string& item) {
     Lines items;
     return ReadRule(header, items) && std::any_of(items.begin(), items.end(), [&](const std::string& line) {
-               return HoldsWords(line, item);
+               return vtysh::HoldsWords(line, item);
            });
 }
 
@@ -63,7 +66,7 @@ int CountRuleItems(const std::string& name, unsigned long priority) {
     if (!ReadRule(RuleHeader(name, priority), items))
         return 0;
     return static_cast<int>(std::count_if(items.begin(), items.end(), [](const std::string& line) {
-        return Contains(line, " match ") || Contains(line, " set ");
+        return vtysh::Contains(line, " match ") || vtysh::Contains(line, " set ");
     }));
 }
 
@@ -79,11 +82,11 @@ void RemoveEmptyRule(const std::string& name, unsigned long priority) {
 
 bool IsPolicyUnreferenced(const std::string& name) {
     Lines lines;
-    if (!Ask("cat /etc/quagga/dgdd.conf", lines))
+    if (!vtysh::Ask("cat /etc/quagga/dgdd.conf", lines))
         return true;
     const std::string action = "route policy " + name + kEndMark;
     return std::none_of(lines.begin(), lines.end(),
-                        [&](const std::string& line) { return Contains(line + kEndMark, action); });
+                        [&](const std::string& line) { return vtysh::Contains(line + kEndMark, action); });
 }
 
 bool CheckPolicyUnreferenced(const std::string& name) {
@@ -95,7 +98,7 @@ bool CheckPolicyUnreferenced(const std::string& name) {
 }
 
 bool TableNameExists(const std::string& table) {
-    return TablesHold("Table " + UpperCase(table) + " (ID");
+    return TablesHold("Table " + vtysh::UpperCase(table) + " (ID");
 }
 
 bool TableNumberExists(const std::string& number) {

@@ -1,10 +1,10 @@
 #include "commands/routing/policy_commands.h"
 
 #include "commands/arguments/arguments.h"
-#include "commands/routing/daemon.h"
 #include "commands/routing/policy_checks.h"
 #include "commands/routing/policy_line.h"
 #include "commands/routing/policy_show.h"
+#include "commands/vtysh/daemon.h"
 #include "front/probes/cluster.h"
 #include "platform/console.h"
 #include "platform/log.h"
@@ -15,6 +15,8 @@
 
 namespace routing {
 namespace {
+
+using vtysh::Lines;
 
 // A status that no daemon gave: the program could not be run, or a signal ended it.
 constexpr int kNotRun = 126;
@@ -30,7 +32,7 @@ bool CheckName(const std::string& name) {
 // Runs a line under the settings lock. False when the lock is refused.
 bool RunLocked(const std::string& line, int& status) {
     lock_tool::FileLock lock(path_list::settings_lock);
-    if (!LockSettings(lock))
+    if (!vtysh::LockSettings(lock))
         return false;
     std::string output;
     status = corvanshell::run(line.c_str(), output);
@@ -113,7 +115,7 @@ bool ShowActivePolicy() {
     if (IsRefusedHere())
         return false;
     Lines lines;
-    if (Ask("/usr/bin/vtysh -d \"zebra\" -c \"show ip policy\"", lines)) {
+    if (vtysh::Ask("/usr/bin/vtysh -d \"zebra\" -c \"show ip policy\"", lines)) {
         for (const std::string& line : lines) {
             const std::size_t place = line.find(label);
             const std::size_t name = place == std::string::npos

@@ -1,11 +1,11 @@
 #include "commands/routing/policy_rules.h"
 
 #include "commands/arguments/arguments.h"
-#include "commands/routing/daemon.h"
 #include "commands/routing/dscp.h"
 #include "commands/routing/policy_checks.h"
 #include "commands/routing/policy_line.h"
 #include "commands/routing/tables.h"
+#include "commands/vtysh/daemon.h"
 #include "front/probes/cluster.h"
 #include "platform/console.h"
 #include "platform/log.h"
@@ -235,7 +235,7 @@ bool MakeItem(const Command& command, std::string& item) {
         value = std::to_string(DscpTable().at(value));
         break;
     case RuleItem::kTableName:
-        value = UpperCase(value);
+        value = vtysh::UpperCase(value);
         break;
     case RuleItem::kTableNumber:
         if (!FindTableName(command.value, value))
@@ -273,9 +273,9 @@ bool PolicyRuleAdd(RuleItem item, const std::string& name, unsigned long priorit
     if (RuleHasItem(RuleHeader(name, priority), " " + text))
         return Fail(command, texts.obstacle, ShownWhenAdded(command));
     lock_tool::FileLock lock(path_list::settings_lock);
-    if (!LockSettings(lock))
+    if (!vtysh::LockSettings(lock))
         return false;
-    if (!Send(RuleLine(command, text)))
+    if (!vtysh::Send(RuleLine(command, text)))
         return Fail(command, texts.failure, value);
     shell_print_info(gettext(texts.success), name.c_str(), priority, ShownWhenAdded(command).c_str());
     return true;
@@ -294,9 +294,9 @@ bool PolicyRuleDelete(RuleItem item, const std::string& name, unsigned long prio
     if (!RuleHasItem(RuleHeader(name, priority), " " + text))
         return Fail(command, texts.obstacle, value);
     lock_tool::FileLock lock(path_list::settings_lock);
-    if (!LockSettings(lock))
+    if (!vtysh::LockSettings(lock))
         return false;
-    if (!Send(RuleLine(command, command.row.removal)))
+    if (!vtysh::Send(RuleLine(command, command.row.removal)))
         return Fail(command, texts.failure, value);
     RemoveEmptyRule(name, priority);
     shell_print_info(gettext(texts.success), name.c_str(), priority, value.c_str());

@@ -1,8 +1,8 @@
 #include "commands/routing/policy_show.h"
 
-#include "commands/routing/config_file.h"
 #include "commands/routing/dscp.h"
 #include "commands/routing/tables.h"
+#include "commands/vtysh/config_file.h"
 #include "platform/console.h"
 #include "platform/pager.h"
 
@@ -45,14 +45,14 @@ std::string FirstWord(const std::string& text) {
 }
 
 bool IsWanted(const std::string& header, const std::string& name, const std::string& priority) {
-    return (name.empty() || Contains(header + " ", kHeader + name + " ")) &&
+    return (name.empty() || vtysh::Contains(header + " ", kHeader + name + " ")) &&
            (priority.empty() || header.ends_with(" " + priority));
 }
 
 bool ReadPolicies(const std::string& name, const std::string& priority, Policies& policies) {
     constexpr const char* active = "ip policy ";
     bool wanted = false;
-    return ReadConfigFile(kZebraFile, [&](const std::string& line) {
+    return vtysh::ReadConfigFile(vtysh::kZebraFile, [&](const std::string& line) {
         if (line.starts_with(active)) {
             policies.active = FirstWord(line.substr(std::string(active).size()));
         } else if (line.starts_with(kHeader)) {
@@ -73,7 +73,7 @@ std::string FormatTable(const std::string& name, const Tables& tables) {
     if (name == "MAIN")
         return "table 254 (default)";
     for (const std::string& line : tables.lines) {
-        if (Contains(line, "Table " + name + " (ID "))
+        if (vtysh::Contains(line, "Table " + name + " (ID "))
             return "table " + name + " (" + TakeTableNumber(line) + ")";
     }
     if (tables.are_known)
@@ -112,7 +112,7 @@ std::string FormatItem(const std::string& line, const Tables& tables) {
 }
 
 std::string FormatHeader(const Rule& rule) {
-    if (Contains(rule.header, kDefaultRule))
+    if (vtysh::Contains(rule.header, kDefaultRule))
         return "rule default\n";
     return corvanshell::WrapStr(rule.header.substr(3)) + "\n";
 }
@@ -147,7 +147,7 @@ void Page(const std::string& text) {
 } // namespace
 
 bool ShowPolicy(const std::string& name, const std::string& priority) {
-    if (!Send("/usr/bin/vtysh -d \"zebra\" -c \"write\"")) {
+    if (!vtysh::Send("/usr/bin/vtysh -d \"zebra\" -c \"write\"")) {
         shell_print_error(gettext("failed to write zebra.conf."));
         return false;
     }

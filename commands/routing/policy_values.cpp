@@ -1,9 +1,9 @@
 #include "commands/routing/policy_values.h"
 
 #include "commands/arguments/arguments.h"
-#include "commands/routing/config_file.h"
 #include "commands/routing/dscp.h"
 #include "commands/routing/tables.h"
+#include "commands/vtysh/config_file.h"
 #include "front/helpers/text.h"
 #include "front/probes/cluster.h"
 
@@ -35,12 +35,12 @@ ShellWords ListTables(const char* failure, std::string (*take)(const std::string
     ShellWords words;
     if (!MayList(words))
         return words;
-    routing::Lines lines;
+    vtysh::Lines lines;
     if (!routing::ListTables(lines))
         shell_print_error("%s", gettext(failure));
     for (const std::string& line : lines) {
         const std::string word = take(line);
-        if (line != "Table MAIN (ID 254):" && !routing::Contains(line, "Unnamed table (ID") && !word.empty())
+        if (line != "Table MAIN (ID 254):" && !vtysh::Contains(line, "Unnamed table (ID") && !word.empty())
             words.push_back(word);
     }
     return words;
@@ -63,7 +63,7 @@ ShellWords ExistingRules::list() const {
     ShellWords words;
     if (!MayList(words))
         return words;
-    const bool read = routing::ReadConfigFile(routing::kZebraFile, [&](const std::string& line) {
+    const bool read = vtysh::ReadConfigFile(vtysh::kZebraFile, [&](const std::string& line) {
         const std::size_t place = line.find(header);
         if (place == std::string::npos)
             return true;

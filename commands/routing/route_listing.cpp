@@ -48,7 +48,7 @@ private:
 // The lines above a table's routes. None when the settings lock is not granted.
 Lines FormatHeading(const std::string& number) {
     lock_tool::FileLock lock(path_list::settings_lock);
-    if (!LockSettings(lock))
+    if (!vtysh::LockSettings(lock))
         return {};
     return {corvanshell::WrapStr("Table " + number + " (" + GetTableName(number) + ")", kLineWidth), kHeader,
             kRule};

@@ -1,11 +1,13 @@
 #pragma once
 
-#include "commands/routing/daemon.h"
 #include "commands/routing/route_store.h"
+#include "commands/vtysh/daemon.h"
 
 #include <string>
 
 namespace routing {
+
+using vtysh::Lines;
 
 // A listing of routes, in lines without newlines:
 //

@@ -2,7 +2,7 @@
 
 #include "commands/arguments/arguments.h"
 #include "commands/routing/config_routes.h"
-#include "commands/routing/daemon.h"
+#include "commands/vtysh/daemon.h"
 #include "platform/log.h"
 #include "platform/path_list.h"
 #include "platform/processes.h"
@@ -120,7 +120,7 @@ bool RouteStore::AddRoute(const std::string& destination, const std::string& net
         return false;
     const std::string length = std::to_string(MaskToPrefixLength(netmask));
     const std::string route = RouteLine(destination, length, gateway, table) + " " + distance + " " + weight;
-    if (!Send(ConfigureLine("zebra", {route})))
+    if (!vtysh::Send(vtysh::ConfigureLine("zebra", {route})))
         return false;
     Load();
     return true;
@@ -133,7 +133,7 @@ bool RouteStore::DeleteRoute(std::string_view destination, const StaticRoute& ro
 bool RouteStore::DeleteTableRoute(std::string_view destination, const StaticRoute& route,
                                   std::string_view table) {
     lock_tool::FileLock lock(path_list::settings_lock);
-    return LockSettings(lock) && SendDelete(destination, route, table);
+    return vtysh::LockSettings(lock) && SendDelete(destination, route, table);
 }
 
 bool RouteStore::Delete(std::string_view destination, const Routes& found, const std::string_view* table) {

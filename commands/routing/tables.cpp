@@ -21,13 +21,13 @@ std::string IdOf(const std::string& number) {
 
 bool AnyContains(const Lines& lines, const std::string& text) {
     return std::any_of(lines.begin(), lines.end(),
-                       [&](const std::string& line) { return Contains(line, text); });
+                       [&](const std::string& line) { return vtysh::Contains(line, text); });
 }
 
 } // namespace
 
 bool ListTables(Lines& lines) {
-    return Ask(kListZebraTables, lines);
+    return vtysh::Ask(kListZebraTables, lines);
 }
 
 std::string TakeTableNumber(const std::string& line) {
@@ -38,12 +38,12 @@ std::string TakeTableNumber(const std::string& line) {
 
 bool TableExists(const std::string& number) {
     Lines lines;
-    if (number.empty() || !Ask(kListTables, lines))
+    if (number.empty() || !vtysh::Ask(kListTables, lines))
         return false;
     for (const std::string& line : lines) {
-        if (Contains(line, "Unnamed table " + IdOf(number)))
+        if (vtysh::Contains(line, "Unnamed table " + IdOf(number)))
             return false;
-        if (Contains(line, IdOf(number)))
+        if (vtysh::Contains(line, IdOf(number)))
             return true;
     }
     return false;
@@ -51,7 +51,7 @@ bool TableExists(const std::string& number) {
 
 bool TableHasRoutes(const std::string& number) {
     Lines lines;
-    if (number.empty() || !Ask(kShowConfig, lines))
+    if (number.empty() || !vtysh::Ask(kShowConfig, lines))
         return false;
     return AnyContains(lines, "ip route table " + number + " ") ||
            (number == kMainTable && AnyContains(lines, "table 254 MAIN"));
@@ -59,23 +59,24 @@ bool TableHasRoutes(const std::string& number) {
 
 bool IsTableNameUnique(const std::string& name) {
     Lines lines;
-    return Ask(kListTables, lines) && !AnyContains(lines, "Table " + UpperCase(name) + " (ID");
+    return vtysh::Ask(kListTables, lines) && !AnyContains(lines, "Table " + vtysh::UpperCase(name) + " (ID");
 }
 
 bool TableNameMatches(const std::string& number, const std::string& name) {
     Lines lines;
-    if (number.empty() || name.empty() || !Ask(kListTables, lines))
+    if (number.empty() || name.empty() || !vtysh::Ask(kListTables, lines))
         return false;
-    return AnyContains(lines, "Table " + UpperCase(name) + " " + IdOf(number));
+    return AnyContains(lines, "Table " + vtysh::UpperCase(name) + " " + IdOf(number));
 }
 
 std::string GetTableNumber(const std::string& name) {
     Lines lines;
-    if (name.empty() || !Ask(kListTables, lines))
+    if (name.empty() || !vtysh::Ask(kListTables, lines))
         return "";
-    const std::string text = "Table " + UpperCase(name);
-    const auto line = std::find_if(lines.begin(), lines.end(),
-                                   [&](const std::string& candidate) { return Contains(candidate, text); });
+    const std::string text = "Table " + vtysh::UpperCase(name);
+    const auto line = std::find_if(lines.begin(), lines.end(), [&](const std::string& candidate) {
+        return vtysh::Contains(candidate, text);
+    });
     return line == lines.end() ? "" : TakeTableNumber(*line);
 }
 
@@ -83,11 +84,11 @@ std::string GetTableNumber(const std::string& name) {
 // upper case, so no rule refers to it and the table can be cleared.
 std::string GetTableName(const std::string& number) {
     Lines lines;
-    if (!Ask(kListTables, lines))
+    if (!vtysh::Ask(kListTables, lines))
         return "";
     const std::string text = IdOf(number) + ":";
     for (const std::string& line : lines) {
-        if (Contains(line, text) && line.size() > kNameColumn)
+        if (vtysh::Contains(line, text) && line.size() > kNameColumn)
             return line.substr(kNameColumn, line.find(' ', kNameColumn) - kNameColumn);
     }
     return "";
@@ -108,12 +109,12 @@ Lines GetTableNumbers() {
 bool AddTable(const std::string& name, const std::string& number) {
     if (!arguments::IsName(name) || (!number.empty() && !arguments::IsNumber(number)))
         return false;
-    return Send(ConfigureLine("zebra", {"table " + number + " " + name}));
+    return vtysh::Send(vtysh::ConfigureLine("zebra", {"table " + number + " " + name}));
 }
 
 bool IsTableUnreferenced(const std::string& name) {
     Lines lines;
-    return Ask(kShowConfig, lines) && !AnyContains(lines, " set table " + name);
+    return vtysh::Ask(kShowConfig, lines) && !AnyContains(lines, " set table " + name);
 }
 
 bool DeleteTable(const std::string& number) {
@@ -122,20 +123,20 @@ bool DeleteTable(const std::string& number) {
             gettext("Can't delete this table, because it is referenced by at least one policy rule."));
         return false;
     }
-    return arguments::IsNumber(number) && Send(ConfigureLine("zebra", {"no table " + number}));
+    return arguments::IsNumber(number) && vtysh::Send(vtysh::ConfigureLine("zebra", {"no table " + number}));
 }
 
 bool CanDeleteRouteOfTable(const std::string& number) {
     if (IsTableUnreferenced(GetTableName(number)))
         return true;
     Lines lines;
-    if (!Ask(kShowConfig, lines))
+    if (!vtysh::Ask(kShowConfig, lines))
         return false;
     // The number may begin another one: a route of table 50 counts for table 5. Kept: the table itself is
     // asked about once more before it goes.
     const std::string text = "ip route table " + number;
     return std::count_if(lines.begin(), lines.end(),
-                         [&](const std::string& line) { return Contains(line, text); }) != 1;
+                         [&](const std::string& line) { return vtysh::Contains(line, text); }) != 1;
 }
 
 } // namespace routing

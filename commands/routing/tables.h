@@ -1,6 +1,6 @@
 #pragma once
 
-#include "commands/routing/daemon.h"
+#include "commands/vtysh/daemon.h"
 
 #include <string>
 
@@ -8,6 +8,8 @@
 // failure. Names are upper-cased before they are compared.
 
 namespace routing {
+
+using vtysh::Lines;
 
 // The daemon's list, one table a line: "Table VPN (ID 5):", "Unnamed table (ID 7):".
 [[nodiscard]] bool ListTables(Lines& lines);

@@ -1,4 +1,4 @@
-#include "commands/routing/daemon.h"
+#include "commands/vtysh/daemon.h"
 
 #include "platform/log.h"
 #include "platform/path_list.h"
@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cctype>
 
-namespace routing {
+namespace vtysh {
 
 bool Ask(const std::string& command, Lines& lines) {
     lines.clear();
@@ -46,4 +46,4 @@ std::string UpperCase(std::string text) {
     return text;
 }
 
-} // namespace routing
+} // namespace vtysh

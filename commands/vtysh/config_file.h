@@ -1,6 +1,6 @@
 #pragma once
 
-#include "commands/routing/daemon.h"
+#include "commands/vtysh/daemon.h"
 
 #include <functional>
 #include <string>
@@ -8,7 +8,7 @@
 // The files in which the routing daemons save their configuration: lines, and blocks of a header, item lines
 // that begin with a blank, and a line "!".
 
-namespace routing {
+namespace vtysh {
 
 inline constexpr const char* kZebraFile = "/etc/quagga/zebra.conf";
 
@@ -24,4 +24,4 @@ inline constexpr const char* kZebraFile = "/etc/quagga/zebra.conf";
 // nothing.
 bool HoldsWords(const std::string& line, const std::string& part);
 
-} // namespace routing
+} // namespace vtysh

@@ -8,7 +8,7 @@
 
 // Talking to the routing daemons.
 
-namespace routing {
+namespace vtysh {
 
 using Lines = std::vector<std::string>;
 
@@ -29,4 +29,4 @@ std::string ConfigureLine(const std::string& daemon, const std::vector<std::stri
 bool Contains(const std::string& text, std::string_view part);
 std::string UpperCase(std::string text);
 
-} // namespace routing
+} // namespace vtysh

@@ -1,4 +1,4 @@
-#include "commands/routing/config_file.h"
+#include "commands/vtysh/config_file.h"
 
 #include "platform/console.h"
 
@@ -8,7 +8,7 @@
 #include <libintl.h>
 #include <memory>
 
-namespace routing {
+namespace vtysh {
 namespace {
 
 constexpr std::size_t kLineSize = 8192;
@@ -69,4 +69,4 @@ bool HoldsWords(const std::string& line, const std::string& part) {
     return false;
 }
 
-} // namespace routing
+} // namespace vtysh
