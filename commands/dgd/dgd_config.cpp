@@ -1,8 +1,8 @@
 #include "commands/dgd/dgd_config.h"
 
 #include "commands/dgd/words.h"
-#include "commands/vtysh/config_file.h"
 #include "commands/vtysh/daemon.h"
+#include "commands/vtysh/saved_file.h"
 #include "platform/path_list.h"
 
 #include <algorithm>
@@ -46,7 +46,7 @@ bool ConfigSectionHas(const std::string& section, const std::string& word) {
     const auto is_header = [&](const std::string& line) {
         return line.starts_with(section) && (line.size() == section.size() || line[section.size()] == ' ');
     };
-    return vtysh::ReadBlock(kDgddFile, is_header, lines) &&
+    return vtysh::ReadBlock(vtysh::kDgdd, is_header, lines) &&
            (word.empty() || std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
                 return vtysh::HoldsWords(line, word);
             }));

@@ -39,9 +39,10 @@ Routes FindByDistance(const Routes& routes, const std::string& distance,
 
 // /usr/bin/vtysh -d zdhcpd -c "conf t" -c "router dhcp" -c "distance 60 default 50" -c "end" -c "write file"
 bool SendDistance(const std::string& distance, const std::string& default_distance) {
-    return vtysh::Send(vtysh::ConfigureLine(
-        "zdhcpd", {"router dhcp", "distance " + distance +
-                                      (default_distance.empty() ? "" : " default " + default_distance)}));
+    return vtysh::Configure(
+        vtysh::kZdhcpd,
+        {"router dhcp",
+         "distance " + distance + (default_distance.empty() ? "" : " default " + default_distance)});
 }
 
 const char* YesOrNo(bool flag) {
@@ -88,7 +89,7 @@ bool ShowDhcpRoutes() {
     if (IsDisabledOnPassiveNode(gettext(kFeature)))
         return false;
     Lines lines;
-    if (!vtysh::Ask("/usr/bin/vtysh -d zdhcpd -c 'show ip dhcp route'", lines)) {
+    if (!vtysh::Ask(vtysh::kZdhcpd, "show ip dhcp route", lines)) {
         shell_print_error(gettext("Failed to show dhcp route"));
         return false;
     }

@@ -1,8 +1,8 @@
 #include "commands/routing/policy_checks.h"
 
 #include "commands/arguments/arguments.h"
-#include "commands/vtysh/config_file.h"
-#include "commands/vtysh/daemon.h"
+#include "commands/routing/tables.h"
+#include "commands/vtysh/saved_file.h"
 #include "platform/console.h"
 #include "platform/processes.h"
 
@@ -12,14 +12,12 @@
 namespace routing {
 namespace {
 
-using vtysh::Lines;
-
 // Behind a line, so that a search can tell a whole number from the beginning of a longer one.
 constexpr const char* kEndMark = "*";
 
 bool TablesHold(const std::string& text) {
     Lines lines;
-    return vtysh::Ask("/usr/bin/vtysh -c \"show tables static\"", lines) &&
+    return vtysh::Ask(vtysh::QuestionLine("show tables static"), lines) &&
            std::any_of(lines.begin(), lines.end(),
                        [&](const std::string& line) { return vtysh::Contains(line, text); });
 }
@@ -27,7 +25,7 @@ bool TablesHold(const std::string& text) {
 // The item lines of the rule in the saved configuration. False when it has no such rule.
 bool ReadRule(const std::string& header, Lines& items) {
     return vtysh::ReadBlock(
-        vtysh::kZebraFile, [&](const std::string& line) { return line == header; }, items);
+        vtysh::kZebra, [&](const std::string& line) { return line == header; }, items);
 }
 
 } // namespace
@@ -38,8 +36,7 @@ std::string RuleHeader(const std::string& name, unsigned long priority) {
 
 bool IsRuleSlotFree(const std::string& name, unsigned long priority, const std::string& key) {
     Lines lines;
-    if (!arguments::IsName(name) ||
-        !vtysh::Ask("/usr/bin/vtysh -d zebra -c \"show ip policy " + name + "\"", lines))
+    if (!arguments::IsName(name) || !vtysh::Ask(vtysh::kZebra, "show ip policy " + name, lines))
         return true;
     const std::string header = RuleHeader(name, priority) + kEndMark;
     auto line = std::find_if(lines.begin(), lines.end(), [&](const std::string& candidate) {
@@ -82,7 +79,7 @@ void RemoveEmptyRule(const std::string& name, unsigned long priority) {
 
 bool IsPolicyUnreferenced(const std::string& name) {
     Lines lines;
-    if (!vtysh::Ask("cat /etc/quagga/dgdd.conf", lines))
+    if (!vtysh::AskSaved(vtysh::kDgdd, lines))
         return true;
     const std::string action = "route policy " + name + kEndMark;
     return std::none_of(lines.begin(), lines.end(),
@@ -98,7 +95,7 @@ bool CheckPolicyUnreferenced(const std::string& name) {
 }
 
 bool TableNameExists(const std::string& table) {
-    return TablesHold("Table " + vtysh::UpperCase(table) + " (ID");
+    return TablesHold("Table " + UpperCase(table) + " (ID");
 }
 
 bool TableNumberExists(const std::string& number) {

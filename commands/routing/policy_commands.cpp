@@ -2,7 +2,6 @@
 
 #include "commands/arguments/arguments.h"
 #include "commands/routing/policy_checks.h"
-#include "commands/routing/policy_line.h"
 #include "commands/routing/policy_show.h"
 #include "commands/vtysh/daemon.h"
 #include "front/probes/cluster.h"
@@ -27,6 +26,10 @@ bool IsRefusedHere() {
 
 bool CheckName(const std::string& name) {
     return arguments::Check({{name, arguments::IsName, "policy name"}});
+}
+
+std::string PolicyLine(const std::string& part) {
+    return vtysh::ConfigureLine(vtysh::kPolicies, {part});
 }
 
 // Runs a line under the settings lock. False when the lock is refused.
@@ -72,7 +75,7 @@ bool PolicyRuleClear(const std::string& name, unsigned long priority) {
     shell_log_info("command: inet policy rule clear %s %lu", name.c_str(), priority);
     int status = 0;
     if (!ConfirmClear(name, std::to_string(priority)) ||
-        !RunLocked(PolicyLine("-c \"no " + RuleHeader(name, priority) + "\" "), status))
+        !RunLocked(PolicyLine("no " + RuleHeader(name, priority)), status))
         return false;
     if (status >= kNotRun) {
         shell_print_error(gettext("failed to clear policy rule"));
@@ -87,8 +90,7 @@ bool PolicyRuleClear(const std::string& name, unsigned long priority) {
 bool PolicyActivate(const std::string& name) {
     shell_log_info("command: inet policy active %s", name.c_str());
     int status = 0;
-    if (IsRefusedHere() || !CheckName(name) ||
-        !RunLocked(PolicyLine("-c \"ip policy " + name + "\" "), status))
+    if (IsRefusedHere() || !CheckName(name) || !RunLocked(PolicyLine("ip policy " + name), status))
         return false;
     if (status != 0)
         return NoSuchPolicy(name);
@@ -99,7 +101,7 @@ bool PolicyActivate(const std::string& name) {
 bool PolicyActivateDefault() {
     shell_log_info("command: inet policy active default");
     int status = 0;
-    if (IsRefusedHere() || !RunLocked(PolicyLine("-c \"ip policy default\" "), status))
+    if (IsRefusedHere() || !RunLocked(PolicyLine("ip policy default"), status))
         return false;
     if (status != 0) {
         shell_print_error(gettext("failed to set policy active to default"));
@@ -115,7 +117,7 @@ bool ShowActivePolicy() {
     if (IsRefusedHere())
         return false;
     Lines lines;
-    if (vtysh::Ask("/usr/bin/vtysh -d \"zebra\" -c \"show ip policy\"", lines)) {
+    if (vtysh::Ask(vtysh::kZebra, "show ip policy", lines)) {
         for (const std::string& line : lines) {
             const std::size_t place = line.find(label);
             const std::size_t name = place == std::string::npos

@@ -3,7 +3,6 @@
 #include "commands/arguments/arguments.h"
 #include "commands/routing/dscp.h"
 #include "commands/routing/policy_checks.h"
-#include "commands/routing/policy_line.h"
 #include "commands/routing/tables.h"
 #include "commands/vtysh/daemon.h"
 #include "front/probes/cluster.h"
@@ -235,7 +234,7 @@ bool MakeItem(const Command& command, std::string& item) {
         value = std::to_string(DscpTable().at(value));
         break;
     case RuleItem::kTableName:
-        value = vtysh::UpperCase(value);
+        value = UpperCase(value);
         break;
     case RuleItem::kTableNumber:
         if (!FindTableName(command.value, value))
@@ -253,9 +252,10 @@ bool MakeItem(const Command& command, std::string& item) {
     return true;
 }
 
-// -c "ip rule vpn 1024" -c "match from 10.0.0.1"
-std::string RuleLine(const Command& command, const std::string& item) {
-    return PolicyLine("-c \"" + RuleHeader(command.name, command.priority) + "\" -c \"" + item + "\" ");
+// /usr/bin/vtysh -d zebra -c "configure terminal" -c "ip rule vpn 1024" -c "match from 10.0.0.1" -c "exit"
+//     -c "write file"
+bool SendItem(const Command& command, const std::string& item) {
+    return vtysh::Configure(vtysh::kPolicies, {RuleHeader(command.name, command.priority), item});
 }
 
 } // namespace
@@ -275,7 +275,7 @@ bool PolicyRuleAdd(RuleItem item, const std::string& name, unsigned long priorit
     lock_tool::FileLock lock(path_list::settings_lock);
     if (!vtysh::LockSettings(lock))
         return false;
-    if (!vtysh::Send(RuleLine(command, text)))
+    if (!SendItem(command, text))
         return Fail(command, texts.failure, value);
     shell_print_info(gettext(texts.success), name.c_str(), priority, ShownWhenAdded(command).c_str());
     return true;
@@ -296,7 +296,7 @@ bool PolicyRuleDelete(RuleItem item, const std::string& name, unsigned long prio
     lock_tool::FileLock lock(path_list::settings_lock);
     if (!vtysh::LockSettings(lock))
         return false;
-    if (!vtysh::Send(RuleLine(command, command.row.removal)))
+    if (!SendItem(command, command.row.removal))
         return Fail(command, texts.failure, value);
     RemoveEmptyRule(name, priority);
     shell_print_info(gettext(texts.success), name.c_str(), priority, value.c_str());

@@ -2,7 +2,7 @@
 
 #include "commands/routing/dscp.h"
 #include "commands/routing/tables.h"
-#include "commands/vtysh/config_file.h"
+#include "commands/vtysh/saved_file.h"
 #include "platform/console.h"
 #include "platform/pager.h"
 
@@ -52,7 +52,7 @@ bool IsWanted(const std::string& header, const std::string& name, const std::str
 bool ReadPolicies(const std::string& name, const std::string& priority, Policies& policies) {
     constexpr const char* active = "ip policy ";
     bool wanted = false;
-    return vtysh::ReadConfigFile(vtysh::kZebraFile, [&](const std::string& line) {
+    return vtysh::ReadSaved(vtysh::kZebra, [&](const std::string& line) {
         if (line.starts_with(active)) {
             policies.active = FirstWord(line.substr(std::string(active).size()));
         } else if (line.starts_with(kHeader)) {
@@ -147,7 +147,7 @@ void Page(const std::string& text) {
 } // namespace
 
 bool ShowPolicy(const std::string& name, const std::string& priority) {
-    if (!vtysh::Send("/usr/bin/vtysh -d \"zebra\" -c \"write\"")) {
+    if (!vtysh::Send(vtysh::QuestionLine(vtysh::kZebra, "write"))) {
         shell_print_error(gettext("failed to write zebra.conf."));
         return false;
     }

@@ -3,7 +3,7 @@
 #include "commands/arguments/arguments.h"
 #include "commands/routing/dscp.h"
 #include "commands/routing/tables.h"
-#include "commands/vtysh/config_file.h"
+#include "commands/vtysh/saved_file.h"
 #include "front/helpers/text.h"
 #include "front/probes/cluster.h"
 
@@ -63,7 +63,7 @@ ShellWords ExistingRules::list() const {
     ShellWords words;
     if (!MayList(words))
         return words;
-    const bool read = vtysh::ReadConfigFile(vtysh::kZebraFile, [&](const std::string& line) {
+    const bool read = vtysh::ReadSaved(vtysh::kZebra, [&](const std::string& line) {
         const std::size_t place = line.find(header);
         if (place == std::string::npos)
             return true;

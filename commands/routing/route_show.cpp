@@ -34,7 +34,8 @@ bool ShowRouting() {
     if (corvanshell::run("/sbin/ip route show 0.0.0.0/0", output) != 0 || output.empty())
         shell_print_warning(gettext("the default route is not set, this could prevent from the reliable mode "
                                     "of operation"));
-    return BaseExec::run("/usr/bin/vtysh -d zebra -c \"show ip route\" | /sbin/textpager.sh -") == 0;
+    return BaseExec::run(vtysh::QuestionLine(vtysh::kZebra, "show ip route") + " | /sbin/textpager.sh -") ==
+           0;
 }
 
 bool ShowStaticRoutes() {

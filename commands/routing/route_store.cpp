@@ -30,12 +30,9 @@ std::string RouteLine(std::string_view destination, std::string_view length, std
     return line.append(destination).append("/").append(length).append(" ").append(gateway);
 }
 
-// /usr/bin/vtysh -d zebra -c "configure terminal" -c "no ip route 10.0.0.0/8 1.1.1.1" -c "end" -c "write
-// file"
 bool SendDelete(std::string_view destination, const StaticRoute& route, std::string_view table) {
-    const std::string line = "no " + RouteLine(destination, route.prefix_length, route.gateway, table);
-    return shell_spawn_quiet("/usr/bin/vtysh", "-d", "zebra", "-c", "configure terminal", "-c", line.c_str(),
-                             "-c", "end", "-c", "write file", nullptr) == 0;
+    return vtysh::ConfigureQuietly(vtysh::kRouteRemoval,
+                                   "no " + RouteLine(destination, route.prefix_length, route.gateway, table));
 }
 
 } // namespace
@@ -70,7 +67,8 @@ RouteStore::~RouteStore() {
 
 void RouteStore::Load() {
     std::string text; // one text: a string for each of a hundred thousand lines would be slow
-    const int status = corvanshell::run("/usr/bin/vtysh -d zebra -c \"show running-config\"", text);
+    const int status =
+        corvanshell::run(vtysh::QuestionLine(vtysh::kZebra, "show running-config").c_str(), text);
     if (status != 0 || text.empty())
         return;
     routes_.clear();
@@ -120,7 +118,7 @@ bool RouteStore::AddRoute(const std::string& destination, const std::string& net
         return false;
     const std::string length = std::to_string(MaskToPrefixLength(netmask));
     const std::string route = RouteLine(destination, length, gateway, table) + " " + distance + " " + weight;
-    if (!vtysh::Send(vtysh::ConfigureLine("zebra", {route})))
+    if (!vtysh::Configure(vtysh::kZebra, {route}))
         return false;
     Load();
     return true;

@@ -5,15 +5,22 @@
 #include "platform/console.h"
 
 #include <algorithm>
+#include <cctype>
 #include <libintl.h>
 
 namespace routing {
 namespace {
 
-constexpr const char* kListTables = "/usr/bin/vtysh -c \"show tables static\"";
-constexpr const char* kListZebraTables = "/usr/bin/vtysh -d \"zebra\" -c \"show tables static\"";
-constexpr const char* kShowConfig = "/usr/bin/vtysh -d zebra -c \"show running-config\"";
+constexpr const char* kTableList = "show tables static";
 constexpr std::size_t kNameColumn = 6; // behind "Table "
+
+bool AskForTables(Lines& lines) {
+    return vtysh::Ask(vtysh::QuestionLine(kTableList), lines);
+}
+
+bool AskForConfiguration(Lines& lines) {
+    return vtysh::Ask(vtysh::kZebra, "show running-config", lines);
+}
 
 std::string IdOf(const std::string& number) {
     return "(ID " + number + ")";
@@ -26,8 +33,14 @@ bool AnyContains(const Lines& lines, const std::string& text) {
 
 } // namespace
 
+std::string UpperCase(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char letter) { return static_cast<char>(std::toupper(letter)); });
+    return text;
+}
+
 bool ListTables(Lines& lines) {
-    return vtysh::Ask(kListZebraTables, lines);
+    return vtysh::Ask(vtysh::kZebra, kTableList, lines);
 }
 
 std::string TakeTableNumber(const std::string& line) {
@@ -38,7 +51,7 @@ std::string TakeTableNumber(const std::string& line) {
 
 bool TableExists(const std::string& number) {
     Lines lines;
-    if (number.empty() || !vtysh::Ask(kListTables, lines))
+    if (number.empty() || !AskForTables(lines))
         return false;
     for (const std::string& line : lines) {
         if (vtysh::Contains(line, "Unnamed table " + IdOf(number)))
@@ -51,7 +64,7 @@ bool TableExists(const std::string& number) {
 
 bool TableHasRoutes(const std::string& number) {
     Lines lines;
-    if (number.empty() || !vtysh::Ask(kShowConfig, lines))
+    if (number.empty() || !AskForConfiguration(lines))
         return false;
     return AnyContains(lines, "ip route table " + number + " ") ||
            (number == kMainTable && AnyContains(lines, "table 254 MAIN"));
@@ -59,21 +72,21 @@ bool TableHasRoutes(const std::string& number) {
 
 bool IsTableNameUnique(const std::string& name) {
     Lines lines;
-    return vtysh::Ask(kListTables, lines) && !AnyContains(lines, "Table " + vtysh::UpperCase(name) + " (ID");
+    return AskForTables(lines) && !AnyContains(lines, "Table " + UpperCase(name) + " (ID");
 }
 
 bool TableNameMatches(const std::string& number, const std::string& name) {
     Lines lines;
-    if (number.empty() || name.empty() || !vtysh::Ask(kListTables, lines))
+    if (number.empty() || name.empty() || !AskForTables(lines))
         return false;
-    return AnyContains(lines, "Table " + vtysh::UpperCase(name) + " " + IdOf(number));
+    return AnyContains(lines, "Table " + UpperCase(name) + " " + IdOf(number));
 }
 
 std::string GetTableNumber(const std::string& name) {
     Lines lines;
-    if (name.empty() || !vtysh::Ask(kListTables, lines))
+    if (name.empty() || !AskForTables(lines))
         return "";
-    const std::string text = "Table " + vtysh::UpperCase(name);
+    const std::string text = "Table " + UpperCase(name);
     const auto line = std::find_if(lines.begin(), lines.end(), [&](const std::string& candidate) {
         return vtysh::Contains(candidate, text);
     });
@@ -84,7 +97,7 @@ std::string GetTableNumber(const std::string& name) {
 // upper case, so no rule refers to it and the table can be cleared.
 std::string GetTableName(const std::string& number) {
     Lines lines;
-    if (!vtysh::Ask(kListTables, lines))
+    if (!AskForTables(lines))
         return "";
     const std::string text = IdOf(number) + ":";
     for (const std::string& line : lines) {
@@ -109,12 +122,12 @@ Lines GetTableNumbers() {
 bool AddTable(const std::string& name, const std::string& number) {
     if (!arguments::IsName(name) || (!number.empty() && !arguments::IsNumber(number)))
         return false;
-    return vtysh::Send(vtysh::ConfigureLine("zebra", {"table " + number + " " + name}));
+    return vtysh::Configure(vtysh::kZebra, {"table " + number + " " + name});
 }
 
 bool IsTableUnreferenced(const std::string& name) {
     Lines lines;
-    return vtysh::Ask(kShowConfig, lines) && !AnyContains(lines, " set table " + name);
+    return AskForConfiguration(lines) && !AnyContains(lines, " set table " + name);
 }
 
 bool DeleteTable(const std::string& number) {
@@ -123,14 +136,14 @@ bool DeleteTable(const std::string& number) {
             gettext("Can't delete this table, because it is referenced by at least one policy rule."));
         return false;
     }
-    return arguments::IsNumber(number) && vtysh::Send(vtysh::ConfigureLine("zebra", {"no table " + number}));
+    return arguments::IsNumber(number) && vtysh::Configure(vtysh::kZebra, {"no table " + number});
 }
 
 bool CanDeleteRouteOfTable(const std::string& number) {
     if (IsTableUnreferenced(GetTableName(number)))
         return true;
     Lines lines;
-    if (!vtysh::Ask(kShowConfig, lines))
+    if (!AskForConfiguration(lines))
         return false;
     // The number may begin another one: a route of table 50 counts for table 5. Kept: the table itself is
     // asked about once more before it goes.

@@ -1,11 +1,10 @@
-#include "commands/vtysh/config_file.h"
+#include "commands/vtysh/saved_file.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <libintl.h>
 #include <memory>
 
 namespace vtysh {
@@ -15,14 +14,17 @@ constexpr std::size_t kLineSize = 8192;
 
 using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
+bool Fail(const Format<const char*, const char*>& format, const Daemon& daemon, Failure failure) {
+    return failure == Failure::kTold &&
+           Refuse<const char*, const char*>(format, daemon.file, std::strerror(errno));
+}
+
 } // namespace
 
-bool ReadConfigFile(const char* path, const std::function<bool(const std::string&)>& take) {
-    const Stream file(std::fopen(path, "re"), std::fclose);
-    if (file == nullptr) {
-        shell_print_error(gettext("%s: failed to open file: %s"), path, std::strerror(errno));
-        return false;
-    }
+bool ReadSaved(const Daemon& daemon, const std::function<bool(const std::string&)>& take, Failure failure) {
+    const Stream file(std::fopen(daemon.file, "re"), std::fclose);
+    if (file == nullptr)
+        return Fail(Tr("%s: failed to open file: %s"), daemon, failure);
     char buffer[kLineSize];
     bool starts = true;
     while (std::fgets(buffer, sizeof buffer, file.get()) != nullptr) {
@@ -34,16 +36,14 @@ bool ReadConfigFile(const char* path, const std::function<bool(const std::string
             return true;
         starts = ends;
     }
-    if (std::ferror(file.get()) == 0)
-        return true;
-    shell_print_error(gettext("%s: failed to read file: %s"), path, std::strerror(errno));
-    return false;
+    return std::ferror(file.get()) == 0 || Fail(Tr("%s: failed to read file: %s"), daemon, failure);
 }
 
-bool ReadBlock(const char* path, const std::function<bool(const std::string&)>& is_header, Lines& block) {
+bool ReadBlock(const Daemon& daemon, const std::function<bool(const std::string&)>& is_header, Lines& block,
+               Failure failure) {
     bool found = false;
     Lines lines;
-    const bool read = ReadConfigFile(path, [&](const std::string& line) {
+    const auto take = [&](const std::string& line) {
         if (!found) {
             found = is_header(line);
             return true;
@@ -52,8 +52,8 @@ bool ReadBlock(const char* path, const std::function<bool(const std::string&)>& 
             return false;
         lines.push_back(line);
         return true;
-    });
-    if (!read || !found)
+    };
+    if (!ReadSaved(daemon, take, failure) || !found)
         return false;
     block = std::move(lines);
     return true;

@@ -10,15 +10,17 @@
 
 namespace vtysh {
 
-inline constexpr const char* kZebraFile = "/etc/quagga/zebra.conf";
+// Whether a file that can't be opened or read is told on the terminal.
+enum class Failure { kTold, kSilent };
 
 // Hands each line to `take`, without its newline, until that gives false. What goes beyond 8191 bytes of a
-// line is left out. False, told on the terminal, when the file can't be opened or read.
-[[nodiscard]] bool ReadConfigFile(const char* path, const std::function<bool(const std::string&)>& take);
+// line is left out. False when the file can't be opened or read.
+[[nodiscard]] bool ReadSaved(const Daemon& daemon, const std::function<bool(const std::string&)>& take,
+                             Failure failure = Failure::kTold);
 
 // The lines of the first block that `is_header` takes. False when there is none.
-[[nodiscard]] bool ReadBlock(const char* path, const std::function<bool(const std::string&)>& is_header,
-                             Lines& block);
+[[nodiscard]] bool ReadBlock(const Daemon& daemon, const std::function<bool(const std::string&)>& is_header,
+                             Lines& block, Failure failure = Failure::kTold);
 
 // Whether the words of `part` stand in the line: what is in front of them and behind them is a blank or
 // nothing.
