@@ -1,7 +1,7 @@
 #include "shell/tree.h"
 
 #include "shell/branches.h"
-#include "shell/change_lock.h"
+#include "shell/call.h"
 #include "shell/slots.h"
 
 #include <algorithm>
@@ -30,19 +30,11 @@ private:
 // Puts the values of the typed line in the order of the pattern, and runs the command.
 TreeNode::Action MakeAction(const Command& command, const Form& form) {
     return [&command, form](const ShellArguments& arguments) {
-        Values values(Command::CountValues(command.pattern));
+        Values words;
         auto typed = arguments.begin();
-        for (const Token& token : form) {
-            const std::string text = token.is_value ? boost::any_cast<std::string>(*typed++) : token.text;
-            if (token.place < 0)
-                continue;
-            std::string& value = values[static_cast<std::size_t>(token.place)];
-            value += (value.empty() ? "" : " ") + text;
-        }
-        if (command.traits & kShows)
-            return command.run(values);
-        ChangeLock lock;
-        return lock.Acquire() && command.run(values);
+        for (const Token& token : form)
+            words.push_back(token.is_value ? boost::any_cast<std::string>(*typed++) : token.text);
+        return Run(MakeCall(command, form, words));
     };
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/commands/interfaces/command_fixture.h"
+#include "tests/support/command_test.h"
 
 #include <fcntl.h>
 

@@ -1,3 +1,5 @@
+#include "commands/interfaces/bonding.h"
+#include "commands/interfaces/bonding_report.h"
 #include "commands/interfaces/bonding_values.h"
 #include "commands/interfaces/roles.h"
 #include "tests/commands/interfaces/interfaces_fixture.h"
@@ -5,17 +7,27 @@
 namespace interfaces {
 namespace {
 
-using BondingTest = InterfacesTest;
+class BondingTest : public InterfacesTest {
+protected:
+    void Show(const std::string& name) {
+        Play("show " + name, [&] {
+            PrintBondingInfo(name);
+            return true;
+        });
+    }
+};
 
 TEST_F(BondingTest, Refusals) {
     Type({"inet bonding add 4 broadcast slaves", "inet bonding add 1x broadcast slaves",
           "inet bonding add 0 broadcast slaves", "inet bonding add 2 balance-alb slaves"});
     support::Queue("/sbin/ifconfig", {.out = std::string(400, '\n')});
     Type({"inet bonding add 2 broadcast slaves"});
-    answers_ = {{"/sbin/ifconfig", "\n\n"}};
+    answers_ = {{"/sbin/ifconfig", {"\n\n"}}};
     Type({"inet bonding add 2 broadcast slaves eth4 eth1 eth4",
-          "inet bonding add 2 broadcast slaves eth4 eth1", "inet bonding add 2 broadcast slaves eth5",
-          "inet bonding add 2 broadcast slaves eth4 a b c"});
+          "inet bonding add 2 broadcast slaves eth4 eth1", "inet bonding add 2 broadcast slaves eth5"});
+    Play("inet bonding add 2 broadcast slaves eth4 a b c", [] {
+        return AddBond("2", "broadcast", {"eth4", "a", "b", "c"});
+    });
     Type({"inet bonding delete 7", "inet bonding delete 3", "inet ifconfig bond3 bonding add eth4",
           "inet ifconfig eth1 bonding add eth4", "inet ifconfig bond0 bonding add eth9",
           "inet ifconfig bond0 bonding add eth5", "inet ifconfig bond0 bonding delete eth1",
@@ -23,7 +35,8 @@ TEST_F(BondingTest, Refusals) {
           "inet ifconfig bond0 bonding delete eth5", // the last one
           "inet ifconfig bond0 bonding miimon 0", "inet ifconfig bond0 bonding miimon 1001",
           "inet ifconfig bond0 bonding miimon x", "inet ifconfig bond0 bonding primary eth1",
-          "inet ifconfig bond0 bonding primary eth4", "inet ifconfig bond0 bonding colour red"});
+          "inet ifconfig bond0 bonding primary eth4"});
+    Play("inet ifconfig bond0 bonding colour red", [] { return SetBondOption("bond0", "colour", "red"); });
     for (const char* mode : {"active-backup", "802.3ad"}) {
         AlterEntry("bond0", [&](auto& entry) { entry.bonding_mode = mode; });
         for (const char* option : {"mode", "ad-select", "lacp-rate", "xmit-hash-policy", "primary"})
@@ -51,17 +64,20 @@ TEST_F(BondingTest, Refusals) {
 
 // From the making of a bond to its end. The script's failures are told, and the settings stay.
 TEST_F(BondingTest, LifeOfABond) {
-    answers_ = {{"/sbin/ifconfig", "header\nlo\n"}};
+    answers_ = {{"/sbin/ifconfig", {"header\nlo\n"}}};
     Type({"! inet bonding add 02 802.3ad slaves eth4 \"\"", "inet bonding add 2 802.3ad slaves eth4",
           "inet ifconfig bond2 bonding ad-select count", "inet ifconfig bond2 bonding lacp-rate fast",
           "inet ifconfig bond2 bonding xmit-hash-policy layer3+4", "inet ifconfig bond2 bonding miimon 1000",
           "inet ifconfig bond2 bonding mode active-backup", "! inet ifconfig bond2 bonding primary eth4",
           "inet ifconfig bond2 bonding primary eth4"});
     AlterEntry("eth1", [](auto& entry) { entry.interface_class = "slave"; });
-    Type({"! inet ifconfig bond2 bonding add eth1", "inet ifconfig bond2 bonding add eth1", "show bond2",
-          "show eth4", "show eth0", "! inet ifconfig bond2 bonding delete eth4",
-          "inet ifconfig bond2 bonding delete eth4", "inet ifconfig bond2 bonding primary none", "show eth4",
-          "inet ifconfig bond2 bonding mode balance-xor"}); // with a new bond's policy again
+    Type({"! inet ifconfig bond2 bonding add eth1", "inet ifconfig bond2 bonding add eth1"});
+    for (const char* name : {"bond2", "eth4", "eth0"})
+        Show(name);
+    Type({"! inet ifconfig bond2 bonding delete eth4", "inet ifconfig bond2 bonding delete eth4",
+          "inet ifconfig bond2 bonding primary none"});
+    Show("eth4");
+    Type({"inet ifconfig bond2 bonding mode balance-xor"}); // with a new bond's policy again
     AlterEntry("bond2", [](auto& entry) { entry.address = "dhcp"; });
     Type({"inet bonding delete 2", "! inet bonding delete 2 < y"});
     ExpectTranscript("interfaces/bond_life");

@@ -1,18 +1,7 @@
 #pragma once
 
-#include "commands/interfaces/address.h"
-#include "commands/interfaces/aliases.h"
-#include "commands/interfaces/bonding.h"
-#include "commands/interfaces/bonding_report.h"
-#include "commands/interfaces/classes.h"
-#include "commands/interfaces/dhcp_client.h"
-#include "commands/interfaces/link.h"
-#include "commands/interfaces/reset.h"
-#include "commands/interfaces/show.h"
-#include "commands/interfaces/state.h"
-#include "commands/interfaces/vlans.h"
 #include "records/conf_struct.h"
-#include "tests/commands/interfaces/command_fixture.h"
+#include "tests/support/command_test.h"
 
 namespace interfaces {
 
@@ -26,45 +15,7 @@ protected:
     using CConfStruct = corvanshell::CConfStruct;
     using InterfaceEntry = corvanshell::InterfaceEntry;
 
-    InterfacesTest()
-        : CommandTest({
-              {"inet ifconfig * address add * *", Bind(AddAlias)},
-              {"inet ifconfig * address delete * *", Bind(DeleteAlias)},
-              {"inet ifconfig * address * netmask *", Bind(SetAddress)},
-              {"inet ifconfig * mtu *", Bind(SetMtu)},
-              {"inet ifconfig * dhcp", Bind(SetDhcp)},
-              {"inet ifconfig * dhcp route-metric *", Bind(SetDhcpMetric)},
-              {"inet ifconfig * dhcp * *", Bind(SetDhcpUse)},
-              {"inet dhcp default-metric *", Bind(SetDefaultDhcpMetric)},
-              {"inet ifconfig * speed auto", Bind(SetSpeedAuto)},
-              {"inet ifconfig * speed * duplex * autoneg *", Bind(SetSpeed)},
-              {"inet ifconfig all reset", Bind(ResetAllInterfaces)},
-              {"inet ifconfig * reset", Bind(ResetInterface)},
-              {"inet ifconfig * class access", Bind(SetAccessClass)},
-              {"inet ifconfig * class trunk", Bind(SetTrunkClass)},
-              {"inet ifconfig * class slave", Bind(SetSlaveClass)},
-              {"inet ifconfig * vlan add *",
-               [](const Words& words) { return AddVlan(words[0], std::stoul(words[1])); }},
-              {"inet ifconfig * vlan delete *", Bind(DeleteVlan)},
-              {"inet vlan * comment add *", Bind(AddVlanComment)},
-              {"inet vlan * comment delete", Bind(DeleteVlanComment)},
-              {"inet bonding add * * slaves ...",
-               [](const Words& words) {
-                   return AddBond(words[0], words[1], {words.begin() + 2, words.end()});
-               }},
-              {"inet bonding delete *", Bind(DeleteBond)},
-              {"inet ifconfig * bonding add *", Bind(AddSlave)},
-              {"inet ifconfig * bonding delete *", Bind(DeleteSlave)},
-              {"inet ifconfig * bonding * *", Bind(SetBondOption)},
-              {"inet show interface", Bind(ShowInterfaces)},
-              {"inet ping *", Bind(Ping)},
-              {"inet ifconfig * *", Bind(SetState)},
-              {"show *",
-               [](const Words& words) {
-                   PrintBondingInfo(words[0]);
-                   return true;
-               }},
-          }) {
+    InterfacesTest() {
         // Interfaces of the kernel's, for what no program does.
         support::MakeVeth("eth1", "bond2");
         support::MakeVeth("eth3", "eth3.6");

@@ -28,7 +28,7 @@ TEST_F(CommandsTest, Addresses) {
     support::WriteFile(SettingsFile("webui"),
                        "<unit><ssl><certificate>/mnt/main/etc/cert/a.pem</certificate></ssl></unit>");
     support::WriteFile("/etc/resolv.dhcp", "nameserver 10.0.0.3\n");
-    answers_ = {{"/sbin/ssl_cert_manage.sh", "gate 10.1.0.1\n"}};
+    answers_ = {{"/sbin/ssl_cert_manage.sh", {"gate 10.1.0.1\n"}}};
     Type({"! inet ifconfig eth1 address 10.9.0.1 netmask 255.255.0.0"});
     unlink(SettingsFile("webui").c_str());
     answers_ = {};
@@ -53,7 +53,7 @@ TEST_F(CommandsTest, Addresses) {
 }
 
 TEST_F(CommandsTest, Aliases) {
-    answers_ = {{"/sbin/ifalias.sh", "eth1:0\n"}, {"/sbin/ifconfig", "header\nlo\n"}};
+    answers_ = {{"/sbin/ifalias.sh", {"eth1:0\n"}}, {"/sbin/ifconfig", {"header\nlo\n"}}};
     Type({"! inet ifconfig eth1 address add 10.8.0.1 255.255.255.0"});
     Queue("/sbin/ifalias.sh", {}); // names no alias
     Type({"inet ifconfig eth1 address add 10.8.0.1 255.255.255.0"});

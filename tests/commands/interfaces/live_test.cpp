@@ -6,7 +6,7 @@
 #include "commands/interfaces/state.h"
 #include "platform/processes.h"
 #include "records/conf_struct.h"
-#include "tests/commands/interfaces/command_fixture.h"
+#include "tests/support/command_test.h"
 
 namespace interfaces {
 namespace {

@@ -25,7 +25,7 @@ TEST_F(VlansTest, Classes) {
           "inet ifconfig eth4 class trunk", // asks nothing and runs the check alone
           "inet ifconfig eth5 class trunk", "inet ifconfig eth9 class trunk",
           "inet ifconfig eth9 class access", "inet ifconfig eth5 class access"});
-    answers_ = {{"/sbin/ifclass_check.sh", "a remark\n"}};
+    answers_ = {{"/sbin/ifclass_check.sh", {"a remark\n"}}};
     Type({"! inet ifconfig eth4 class access", "inet ifconfig eth0 class access"});
     Switch("eth1");
     Type({"inet ifconfig eth1 class trunk"});
@@ -37,7 +37,7 @@ TEST_F(VlansTest, Classes) {
 
 TEST_F(VlansTest, AddVlan) {
     WriteVlans("eth3.8         | 8  | eth3\n");
-    answers_ = {{"/sbin/ifconfig", "header\nlo\n"}};
+    answers_ = {{"/sbin/ifconfig", {"header\nlo\n"}}};
     Type({"! inet ifconfig eth3 vlan add 8"});
     support::Queue("/sbin/ip", {.out = "RTNETLINK answers: File exists\n", .status = 2});
     Type({"inet ifconfig eth3 vlan add 9", "inet ifconfig eth3 vlan add 10", // the kernel does not list it

@@ -1,5 +1,5 @@
 #include "commands/services/web_ui.h"
-#include "tests/commands/interfaces/command_fixture.h"
+#include "tests/support/command_test.h"
 
 #include <stdexcept>
 
