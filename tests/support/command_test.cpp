@@ -23,7 +23,7 @@ Lines SplitText(const std::string& text) {
     return lines;
 }
 
-void Tell(const std::string& mark, const std::string& text, Lines& told) {
+void AddLines(const std::string& mark, const std::string& text, Lines& told) {
     for (const std::string& line : SplitText(text))
         told.push_back(mark + ' ' + line);
 }
@@ -129,9 +129,7 @@ void CommandTest::Type(std::initializer_list<std::string> lines) {
 
 void CommandTest::Play(const std::string& title, const Call& call, const std::string& input) {
     QueueAnswers({});
-    transcript_ += "$ " + title + '\n';
-    for (const std::string& line : Perform(call, input))
-        transcript_ += line + '\n';
+    Tell(title, Perform(call, input));
 }
 
 void CommandTest::Watch(const std::string& mark, const Text& text) {
@@ -141,6 +139,12 @@ void CommandTest::Watch(const std::string& mark, const Text& text) {
 void CommandTest::ExpectTranscript(const std::string& name) {
     support::WriteFile("/tmp/transcript", transcript_);
     support::ExpectGolden("/tmp/transcript", "commands/" + name + ".txt");
+}
+
+void CommandTest::Tell(const std::string& title, const Lines& told) {
+    transcript_ += "$ " + title + '\n';
+    for (const std::string& line : told)
+        transcript_ += line + '\n';
 }
 
 // The commands that came before the failing one answer as ever.
@@ -163,14 +167,14 @@ void CommandTest::QueueAnswers(const std::vector<std::string>& failing) {
 
 void CommandTest::PlayWithFailures(const std::string& title, const Call& call, const std::string& input) {
     const std::string record = support::ReadFile(path_list::local_settings);
-    Play(title, call, input);
+    QueueAnswers({});
+    const Lines good = Perform(call, input);
+    Tell(title, good);
     const std::vector<std::string> commands = support::Commands();
     for (std::size_t failing = 0; failing < commands.size(); ++failing) {
         WriteRecord(record);
         QueueAnswers({commands.begin(), commands.begin() + static_cast<long>(failing) + 1});
-        transcript_ += "$ " + title + "   # " + commands[failing] + " fails\n";
-        for (const std::string& line : Perform(call, input))
-            transcript_ += line + '\n';
+        Tell(title + "   # " + commands[failing] + " fails", Difference(good, Perform(call, input)));
     }
     WriteRecord(record);
 }
@@ -178,7 +182,7 @@ void CommandTest::PlayWithFailures(const std::string& title, const Call& call, c
 // What came of the call, in the transcript's lines.
 CommandTest::Lines CommandTest::Perform(const Call& call, const std::string& input) {
     Lines told;
-    Tell("<", input, told);
+    AddLines("<", input, told);
     const Fields fields = ReadFields();
     std::vector<std::string> texts;
     for (const auto& [mark, text] : watched_)
@@ -190,12 +194,12 @@ CommandTest::Lines CommandTest::Perform(const Call& call, const std::string& inp
     const support::Output output = support::Capture([&] { done = call(); }, input);
     if (!done)
         told.emplace_back("refused");
-    Tell("out", output.out, told);
-    Tell("err", output.err, told);
+    AddLines("out", output.out, told);
+    AddLines("err", output.err, told);
     for (const support::LogLine& line : TakeLog())
-        Tell("log " + std::to_string(line.level), line.text, told);
+        AddLines("log " + std::to_string(line.level), line.text, told);
     for (const std::string& command : support::Commands())
-        Tell("run", command, told);
+        AddLines("run", command, told);
     TellFields(fields, ReadFields(), told);
     TellFiles(files, told);
     for (std::size_t i = 0; i < watched_.size(); ++i) {
@@ -211,6 +215,6 @@ void CommandTest::TellFiles(const support::Snapshot& before, Lines& told) const 
         if (!change.ends_with("/local.conf") && !change.ends_with("/settings.crg"))
             told.push_back(change);
         if (change == "changed " + shown_file_ || change == "added " + shown_file_)
-            Tell("   ", support::ReadFile(shown_file_), told);
+            AddLines("   ", support::ReadFile(shown_file_), told);
     }
 }

@@ -51,7 +51,8 @@ protected:
 
     // Plays commands by their lines, typed as in the shell. What is typed then stands behind " < ", a remark
     // behind " # ". A command behind "! " is played again, from the same record, with each of its programs
-    // failing in turn.
+    // failing in turn; of these runs the transcript has what differs from the good one: "- " and a line that
+    // is missing, "+ " and one that is new.
     void Type(std::initializer_list<std::string> lines);
     // Plays a call that has no line.
     void Play(const std::string& title, const Call& call, const std::string& input = "");
@@ -65,6 +66,7 @@ protected:
     std::string shown_file_;               // is shown whole when a call changes it
 
 private:
+    void Tell(const std::string& title, const Lines& told);
     void QueueAnswers(const std::vector<std::string>& failing);
     void PlayWithFailures(const std::string& title, const Call& call, const std::string& input);
     Lines Perform(const Call& call, const std::string& input);
