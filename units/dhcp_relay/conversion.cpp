@@ -1,11 +1,12 @@
 #include "units/dhcp_relay/conversion.h"
 
 #include "front/helpers/stream.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "settings/file.h"
 #include "settings/text.h"
 #include "units/dhcp_relay/rules/lookup.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <unistd.h>
@@ -56,54 +57,49 @@ void TakeLine(DaemonSettings& settings, const Words& words) {
 
 bool ReadDaemonSettings(const std::string& path, DaemonSettings& settings) {
     const Stream stream(std::fopen(path.c_str(), "re"));
-    if (stream == nullptr) {
-        shell_print_error("DHCP relay: %s: failed to open daemon settings file: %s", path.c_str(),
-                          std::strerror(errno));
-        return false;
-    }
+    if (stream == nullptr)
+        return Refuse("DHCP relay: %s: failed to open daemon settings file: %s", path, std::strerror(errno));
     char line[kLineSize];
     while (std::fgets(line, sizeof line, stream.get()) != nullptr)
         TakeLine(settings, Split(line));
-    if (std::ferror(stream.get()) == 0)
-        return true;
-    shell_print_error("DHCP relay: %s: failed to read daemon settings file: %s", path.c_str(),
-                      std::strerror(errno));
-    return false;
+    return std::ferror(stream.get()) == 0 ||
+           Refuse("DHCP relay: %s: failed to read daemon settings file: %s", path, std::strerror(errno));
 }
 
-// Looked at before the old settings file goes, so that it is not lost to words that no settings file can
-// hold.
+bool HasServer(const DaemonSettings& settings) {
+    return !settings.servers.empty() && !settings.external.empty();
+}
+
+bool IsContent(const std::string& text) {
+    return IsXmlContent(text.c_str());
+}
+
+// What the relay takes, as its nodes will look at it. Looked at before the old settings file goes, so that it
+// is not lost to words that no settings file can hold.
 bool CheckTexts(const DaemonSettings& settings) {
-    for (const Keyword& keyword : kKeywords) {
-        for (const std::string& word : settings.*keyword.list) {
-            if (!IsXmlText(word.c_str()))
-                return false;
-        }
-    }
-    return true;
+    const bool server_fits = !HasServer(settings) || (IsContent(settings.servers.front()) &&
+                                                      IsXmlText(settings.external.front().c_str()));
+    return server_fits && std::all_of(settings.interfaces.begin(), settings.interfaces.end(), IsContent);
 }
 
 bool RemoveSettingsFile() {
     const std::string path = GetFilePath(kDhcpRelayUnit);
-    if (unlink(path.c_str()) == 0 || errno == ENOENT)
-        return true;
-    shell_print_error("DHCP relay: %s: failed to remove settings file: %s", path.c_str(),
-                      std::strerror(errno));
-    return false;
+    return unlink(path.c_str()) == 0 || errno == ENOENT ||
+           Refuse("DHCP relay: %s: failed to remove settings file: %s", path, std::strerror(errno));
 }
 
 bool AddRelay(const File& file, const DaemonSettings& settings) {
     Node relay = FindOrCreateRelay(file, kConvertedId);
     if (!relay)
         return false;
-    if (!settings.servers.empty() && !settings.external.empty()) {
-        Node server = relay.AddChild("server", "%s", settings.servers.front().c_str());
+    if (HasServer(settings)) {
+        Node server = relay.AddChild("server", settings.servers.front());
         if (!server.NewAttr("id", "%s", kExternalServer) ||
-            !server.NewAttr("interface", "%s", settings.external.front().c_str()))
+            !server.NewAttr("interface", settings.external.front()))
             return false;
     }
     for (const std::string& interface : settings.interfaces) {
-        if (!relay.AddChild("interface", "%s", interface.c_str()).NewAttr("type", "listen"))
+        if (!relay.AddChild("interface", interface).NewAttr("type", "listen"))
             return false;
     }
     return true;

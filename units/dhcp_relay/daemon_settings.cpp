@@ -1,7 +1,7 @@
 #include "units/dhcp_relay/daemon_settings.h"
 
 #include "front/helpers/stream.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 #include "records/conf_struct.h"
 #include "units/dhcp_relay/relay_knob.h"
@@ -56,8 +56,8 @@ public:
     NodeSet Select(Node relay, const std::string& id, const std::string& path) const {
         const auto number = ParseNumber(id);
         if (all_plain_ && number && counts_.at(*number) == 1)
-            return file_.SelectFrom(relay, "%s", path.c_str());
-        return file_.Select("/unit/dhcp-relay[@id = %s]/%s", id.c_str(), path.c_str());
+            return file_.SelectFrom(relay, "%s", path);
+        return file_.Select("/unit/dhcp-relay[@id = %s]/%s", id, path);
     }
 
 private:
@@ -97,19 +97,16 @@ bool IsWord(std::string_view text) {
     return !text.empty() && std::all_of(text.begin(), text.end(), is_safe);
 }
 
-bool CheckWord(const char* id, const std::string& name) {
-    if (IsWord(name))
-        return true;
-    shell_print_error("DHCP relay %s: %s: name is unsupported in daemon settings", id, name.c_str());
-    return false;
+bool CheckWord(const std::string& id, const std::string& name) {
+    return IsWord(name) || Refuse("DHCP relay %s: %s: name is unsupported in daemon settings", id, name);
 }
 
 bool CheckId(const std::string& id) {
-    if (!id.empty() && id.find_first_not_of("0123456789") == std::string::npos)
-        return true;
-    shell_print_error("DHCP relay %s: ID in a format other than decimal is unsupported in daemon settings",
-                      id.c_str());
-    return false;
+    if (id.empty() || id.find_first_not_of("0123456789") != std::string::npos)
+        return Refuse("DHCP relay %s: ID in a format other than decimal is unsupported in daemon settings",
+                      id);
+    return id.find_first_not_of('0') != std::string::npos ||
+           Refuse("DHCP relay %s: ID below 1 is unsupported in daemon settings", id);
 }
 
 // One relay on its way into its line. Each fault of it is reported.
@@ -131,7 +128,7 @@ private:
     bool ReadListenInterfaces() {
         const NodeSet nodes = relays_.Select(relay_, id_, kListenPath);
         if (!nodes)
-            shell_print_error("DHCP relay %s: neither one listen interface is specified", id_.c_str());
+            PrintError("DHCP relay %s: neither one listen interface is specified", id_);
         bool good = !nodes.IsEmpty();
         for (std::size_t i = 0; i < nodes.Size(); ++i)
             good = ReadListenInterface(nodes.At(i).GetText()) && good;
@@ -139,27 +136,24 @@ private:
     }
 
     bool ReadListenInterface(const std::string& interface) {
-        if (interface.empty()) {
-            shell_print_error("DHCP relay %s: listen interface is unspecified", id_.c_str());
-            return false;
-        }
+        if (interface.empty())
+            return Refuse("DHCP relay %s: listen interface is unspecified", id_);
         line_.listen_interfaces.push_back(interface);
-        return CheckListenInterfaceUsable(record_, id_, interface) && CheckWord(id_.c_str(), interface);
+        return CheckListenInterfaceUsable(record_, id_, interface) && CheckWord(id_, interface);
     }
 
     bool ReadServer(const std::string& server_id) {
         const Node node =
             relays_.Select(relay_, id_, "server[@id = '" + server_id + "' and @interface and text()]").At(0);
-        if (!node && server_id == kExternalServer)
-            shell_print_error("DHCP relay %s: external DHCP server is unspecified", id_.c_str());
         if (!node)
-            return server_id != kExternalServer;
+            return server_id != kExternalServer ||
+                   Refuse("DHCP relay %s: external DHCP server is unspecified", id_);
         const std::string server = node.GetText();
         const std::string interface = node.GetAttr("interface");
         line_.servers.push_back(server);
         line_.external_interfaces.insert(interface);
-        return CheckRelayServer(record_, id_, server, interface) && CheckWord(id_.c_str(), server) &&
-               CheckWord(id_.c_str(), interface);
+        return CheckRelayServer(record_, id_, server, interface) && CheckWord(id_, server) &&
+               CheckWord(id_, interface);
     }
 
     const Relays& relays_;
@@ -170,13 +164,10 @@ private:
 };
 
 // Checks each relay, or just the one. The lines of those without a fault.
-bool MakeLines(const File& file, Node only, std::string& lines) {
+bool MakeLines(const File& file, const corvanshell::CConfStruct& record, Node only, std::string& lines) {
     const Relays relays(file);
-    if (!relays.Nodes()) {
-        shell_print_error("DHCP relay: no relays are configured");
-        return false;
-    }
-    const corvanshell::CConfStruct record(path_list::local_settings, true);
+    if (!relays.Nodes())
+        return Refuse("DHCP relay: no relays are configured");
     bool good = true;
     for (std::size_t i = 0; i < relays.Nodes().Size(); ++i) {
         const Node relay = relays.Nodes().At(i);
@@ -189,51 +180,44 @@ bool MakeLines(const File& file, Node only, std::string& lines) {
     return good;
 }
 
-void ReportWriteFailure(const std::string& id) {
+bool RefuseWrite(const std::string& id) {
     const char* reason = std::strerror(errno);
     if (id.empty())
-        shell_print_error("DHCP relay: %s: failed to write settings: %s", kDaemonSettings, reason);
-    else
-        shell_print_error("DHCP relay %s: %s: failed to write settings: %s", id.c_str(), kDaemonSettings,
-                          reason);
+        return Refuse("DHCP relay: %s: failed to write settings: %s", kDaemonSettings, reason);
+    return Refuse("DHCP relay %s: %s: failed to write settings: %s", id, kDaemonSettings, reason);
+}
+
+bool Generate(const File& file, const corvanshell::CConfStruct& record, std::FILE* out,
+              const std::string& id) {
+    const Node only = id.empty() ? Node() : FindRelay(file, id);
+    if (!id.empty() && !only)
+        return Refuse("DHCP relay %s: relay is unconfigured", id);
+    std::string lines;
+    const bool good = MakeLines(file, record, only, lines);
+    if (out == nullptr)
+        return good;
+    std::fwrite(lines.data(), 1, lines.size(), out);
+    return std::fflush(out) == 0 && std::ferror(out) == 0 ? good : RefuseWrite(id);
 }
 
 } // namespace
 
 bool GenerateRelaySettings(const File& file, std::FILE* out, const std::string& id) {
-    Node only;
-    if (!id.empty()) {
-        only = FindRelay(file, id);
-        if (!only) {
-            shell_print_error("DHCP relay %s: relay is unconfigured", id.c_str());
-            return false;
-        }
-    }
-    std::string lines;
-    const bool good = MakeLines(file, only, lines);
-    if (out == nullptr)
-        return good;
-    std::fwrite(lines.data(), 1, lines.size(), out);
-    if (std::fflush(out) == 0 && std::ferror(out) == 0)
-        return good;
-    ReportWriteFailure(id);
-    return false;
+    const corvanshell::CConfStruct record(path_list::local_settings, true);
+    return IsReadable(record) && Generate(file, record, out, id);
 }
 
 bool WriteRelayDaemonSettings(const File& file, const std::string& id) {
-    if (!id.empty() && !RemoveRelayKnob(id))
+    // Read before the file is opened anew: no relay loses its line to a record that is locked for a moment.
+    const corvanshell::CConfStruct record(path_list::local_settings, true);
+    if (!IsReadable(record) || (!id.empty() && !RemoveRelayKnob(id)))
         return false;
     Stream out(std::fopen(kDaemonSettings, id.empty() ? "we" : "ae"));
-    if (out == nullptr) {
-        shell_print_error("DHCP relay: %s: failed to open settings file: %s", kDaemonSettings,
-                          std::strerror(errno));
-        return false;
-    }
-    const bool good = GenerateRelaySettings(file, out.get(), id);
-    if (std::fclose(out.release()) == 0 || !good)
-        return good;
-    ReportWriteFailure(id);
-    return false;
+    if (out == nullptr)
+        return Refuse("DHCP relay: %s: failed to open settings file: %s", kDaemonSettings,
+                      std::strerror(errno));
+    const bool good = Generate(file, record, out.get(), id);
+    return std::fclose(out.release()) == 0 || !good ? good : RefuseWrite(id);
 }
 
 } // namespace settings::dhcp_relay

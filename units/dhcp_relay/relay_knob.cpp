@@ -1,7 +1,7 @@
 #include "units/dhcp_relay/relay_knob.h"
 
 #include "front/helpers/stream.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "units/dhcp_relay/rules/lookup.h"
 
 #include <cerrno>
@@ -16,14 +16,22 @@ namespace {
 
 constexpr std::size_t kLineSize = 8192;
 
+// An ID that is a pattern itself would match the lines of other relays.
+std::string Escape(const std::string& id) {
+    std::string escaped;
+    for (const char letter : id) {
+        if (std::strchr("[*.^$\\", letter) != nullptr)
+            escaped += '\\';
+        escaped += letter;
+    }
+    return escaped;
+}
+
 // The line of one relay: "DHCP_RELAY_1='...'".
 class KnobPattern {
 public:
     explicit KnobPattern(const std::string& id) {
-        // An ID that is a pattern itself would match the lines of other relays.
-        if (id.find_first_of("[]*.^$\\") != std::string::npos)
-            return;
-        const std::string text = std::string("^\\s*") + kKnobPrefix + id + "=.*$";
+        const std::string text = std::string("^\\s*") + kKnobPrefix + Escape(id) + "=.*$";
         compiled_ = regcomp(&pattern_, text.c_str(), REG_NOSUB) == 0;
     }
     ~KnobPattern() {
@@ -76,36 +84,32 @@ Fault CopyLines(std::FILE* from, std::FILE* to, const KnobPattern* left_out) {
     return std::fflush(to) == 0 ? Fault::kNone : Fault::kWrite;
 }
 
-bool CopyOut(std::FILE* daemon, std::FILE* temporary, const KnobPattern& pattern, const char* id) {
+bool CopyOut(std::FILE* daemon, std::FILE* temporary, const KnobPattern& pattern, const std::string& id) {
     switch (CopyLines(daemon, temporary, &pattern)) {
     case Fault::kRead:
-        shell_print_error("DHCP relay %s: %s: failed to read daemon settings: %s", id, kDaemonSettings,
-                          std::strerror(errno));
-        return false;
+        return Refuse("DHCP relay %s: %s: failed to read daemon settings: %s", id, kDaemonSettings,
+                      std::strerror(errno));
     case Fault::kWrite:
-        shell_print_error("DHCP relay %s: failed to write temporary daemon settings: %s", id,
-                          std::strerror(errno));
-        return false;
+        return Refuse("DHCP relay %s: failed to write temporary daemon settings: %s", id,
+                      std::strerror(errno));
     case Fault::kNone:
         break;
     }
     return true;
 }
 
-bool CopyBack(std::FILE* temporary, std::FILE* daemon, const char* id) {
+bool CopyBack(std::FILE* temporary, std::FILE* daemon, const std::string& id) {
     std::rewind(temporary);
     std::rewind(daemon);
     const Fault fault =
         ftruncate(fileno(daemon), 0) == 0 ? CopyLines(temporary, daemon, nullptr) : Fault::kWrite;
     switch (fault) {
     case Fault::kRead:
-        shell_print_error("DHCP relay %s: failed to read temporary daemon settings: %s", id,
-                          std::strerror(errno));
-        return false;
+        return Refuse("DHCP relay %s: failed to read temporary daemon settings: %s", id,
+                      std::strerror(errno));
     case Fault::kWrite:
-        shell_print_error("DHCP relay %s: %s: failed to write daemon settings: %s", id, kDaemonSettings,
-                          std::strerror(errno));
-        return false;
+        return Refuse("DHCP relay %s: %s: failed to write daemon settings: %s", id, kDaemonSettings,
+                      std::strerror(errno));
     case Fault::kNone:
         break;
     }
@@ -116,26 +120,17 @@ bool CopyBack(std::FILE* temporary, std::FILE* daemon, const char* id) {
 
 bool RemoveRelayKnob(const std::string& id) {
     const Stream daemon(std::fopen(kDaemonSettings, "r+e"));
-    if (daemon == nullptr && errno == ENOENT)
-        return true;
-    if (daemon == nullptr) {
-        shell_print_error("DHCP relay: %s: failed to open settings file: %s", kDaemonSettings,
-                          std::strerror(errno));
-        return false;
-    }
+    if (daemon == nullptr)
+        return errno == ENOENT || Refuse("DHCP relay: %s: failed to open settings file: %s", kDaemonSettings,
+                                         std::strerror(errno));
     const Stream temporary = MakeTemporary();
-    if (temporary == nullptr) {
-        shell_print_error("DHCP relay %s: failed to create temporary daemon settings file: %s", id.c_str(),
-                          std::strerror(errno));
-        return false;
-    }
+    if (temporary == nullptr)
+        return Refuse("DHCP relay %s: failed to create temporary daemon settings file: %s", id,
+                      std::strerror(errno));
     const KnobPattern pattern(id);
-    if (!pattern) {
-        shell_print_error("DHCP relay %s: failed to create relay knob pattern", id.c_str());
-        return false;
-    }
-    return CopyOut(daemon.get(), temporary.get(), pattern, id.c_str()) &&
-           CopyBack(temporary.get(), daemon.get(), id.c_str());
+    if (!pattern)
+        return Refuse("DHCP relay %s: failed to create relay knob pattern", id);
+    return CopyOut(daemon.get(), temporary.get(), pattern, id) && CopyBack(temporary.get(), daemon.get(), id);
 }
 
 } // namespace settings::dhcp_relay

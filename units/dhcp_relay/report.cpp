@@ -1,6 +1,7 @@
 #include "units/dhcp_relay/report.h"
 
 #include "front/reports/report.h"
+#include "platform/messages.h"
 #include "records/common_conf_struct.h"
 #include "units/dhcp_relay/rules/lookup.h"
 
@@ -46,7 +47,11 @@ void PrintRelay(const File& file, std::FILE* out, Node relay) {
 
 bool WriteReport(Report& report, const std::string& id) {
     File file(kDhcpRelayUnit, "");
-    if (!file.Load() || !report.Open())
+    if (!file.Load())
+        return false;
+    if (!id.empty() && !FindRelay(file, id))
+        return Refuse("DHCP relay %s: relay is unconfigured", id);
+    if (!report.Open())
         return false;
     const bool autostart = corvanshell::CommonConfStruct().GetFlag("DHCP_RELAY");
     std::fprintf(report.Out(), "DHCP relays autostart is %s\n", autostart ? "on" : "off");

@@ -94,10 +94,14 @@ TEST_F(RelayTest, EditsFromTheFirstElementToTheLast) {
     Expect([] { return AddRelayListenInterface("7", "eth1"); }, true, {});
     Expect([] { return AddRelayServer("7", "0", "10.0.0.5", "eth0"); }, true, {});
     Expect([] { return AddRelayServer("7", "0", "10.0.0.5", "eth0"); }, true, {});
-    Expect([] { return AddRelayServer("7", "0", "10.0.0.6", "eth4"); }, true,
-           {"", "DHCP relay 7: 10.0.0.6: external DHCP server with interface eth4 has been altered\n"});
+    for (const std::string server : {"10.0.0.5", "10.0.0.6"}) // its interface changes alone, and its address
+        Expect([&] { return AddRelayServer("7", "0", server, "eth4"); }, true,
+               {"",
+                "DHCP relay 7: " + server + ": external DHCP server with interface eth4 has been altered\n"});
+    Expect([] { return AddRelayServer("7", "1", "localhost", "eth0"); }, true, {});
     Expect([] { return AddRelayServer("7", "1", "dhcp.invalid", "eth0"); }, true,
-           {"", "DHCP relay 7: dhcp.invalid: failed to resolve domain name of backup DHCP server\n"});
+           {"", "DHCP relay 7: dhcp.invalid: failed to resolve domain name of backup DHCP server\n"
+                "DHCP relay 7: dhcp.invalid: backup DHCP server with interface eth0 has been altered\n"});
     EXPECT_EQ(ReadFile(kSettings), Unit(R"(  <dhcp-relay id="7">
     <interface type="listen">eth1</interface>
     <server id="0" interface="eth4">10.0.0.6</server>
@@ -132,9 +136,11 @@ TEST_F(RelayTest, InterfacesAndTheirRelays) {
         EXPECT_EQ(FindRelayByInterface(interface), relay);
         EXPECT_EQ(index.Find(interface), relay);
     }
+    ExpectRequest("?required=eth6", true, {"2\n", ""}); // the server's relay comes first here
 }
 
 TEST_F(RelayTest, LimitOfListenInterfacesIsEachRelays) {
+    Relays("<dhcp-relay id='1'><server id='0' interface='eth0'>10.0.0.5</server><interface/></dhcp-relay>");
     for (int i = 10; i < 42; i++)
         Expect([&] { return AddRelayListenInterface("1", "eth" + std::to_string(i)); }, true, {});
     ExpectRefusal([] { return AddRelayListenInterface("1", "eth42"); }, "1",

@@ -1,4 +1,5 @@
 #include "tests/units/dhcp_relay/relay_fixture.h"
+#include "units/dhcp_relay/report.h"
 
 namespace settings::dhcp_relay {
 namespace {
@@ -71,6 +72,7 @@ TEST_F(RelayTest, FaultyRelayGetsNoLine) {
         {"2", Listen("eth9'") + kServer, "eth9': name is unsupported in daemon settings\n"},
         {"2 ", Listen("eth12") + kServer,
          "ID in a format other than decimal is unsupported in daemon settings\n"},
+        {"0", Listen("eth12") + kServer, "ID below 1 is unsupported in daemon settings\n"},
         {"2;reboot", Listen("eth12") + kServer,
          "neither one listen interface is specified\nexternal DHCP server is unspecified\n"},
     };
@@ -106,11 +108,16 @@ TEST_F(RelayTest, GenerationForOneIdKeepsTheOtherLines) {
     ExpectRequest("#1", true, {});
     EXPECT_EQ(ReadFile(kDaemonFile), others + "OTHER=1\n" + kFirstLine);
     const support::Snapshot before = support::TakeSnapshot();
-    for (const char* id : {"1.*", "1[0-9]", "1["})
-        ExpectRequest(std::string("#") + id, false,
-                      {"", "DHCP relay " + std::string(id) + ": failed to create relay knob pattern\n"});
-    ExpectRequest("#3", false, {"", "DHCP relay 3: relay is unconfigured\n"});
+    // An ID is its whole text, and no pattern.
+    for (const std::string id : {"3", "1.*", "1[0-9]", "1[", "1$"})
+        ExpectRequest("#" + id, false, {"", "DHCP relay " + id + ": relay is unconfigured\n"});
     support::ExpectUnchanged(before);
+    Relays(Relay("1.5", Listen("eth12") + kServer));
+    WriteFile(kDaemonFile, "DHCP_RELAY_1.5='old'\nDHCP_RELAY_1x5='x'\n");
+    ExpectRequest(
+        "#1.5", false,
+        {"", "DHCP relay 1.5: ID in a format other than decimal is unsupported in daemon settings\n"});
+    EXPECT_EQ(ReadFile(kDaemonFile), "DHCP_RELAY_1x5='x'\n");
 }
 
 TEST_F(RelayTest, FullDiskIsReported) {
@@ -185,6 +192,7 @@ Backup DHCP server NA
 Internal listen interfaces eth7
 )",
                    ""});
+    Expect([] { return PrintDhcpRelays("7"); }, false, {"", "DHCP relay 7: relay is unconfigured\n"});
     EXPECT_EQ(RunShell("ls /tmp/dhcp-relay-*").out, "");
 }
 
@@ -210,11 +218,25 @@ INTERFACES=eth8)");
     <interface type="listen">eth8</interface>
   </dhcp-relay>
 )"));
-    WriteFile("/etc/old.conf", "INTERFACES=\"eth\x80\"\n");
-    const support::Snapshot before = support::TakeSnapshot();
-    ExpectRequest(request, false,
-                  {"", "settings: the text holds characters that a settings file cannot hold\n"});
-    support::ExpectUnchanged(before);
+    // What no settings file can hold costs nothing, unless it isn't taken.
+    const std::string characters = "the text holds characters that a settings file cannot hold";
+    const std::string reference = "a \"&\" in the text of a setting is written \"&amp;\"";
+    for (const auto& [line, error] : {std::pair{"INTERFACES=\"eth7 eth\x80\"", characters},
+                                      {"INTERFACES=eth1&eth2", reference},
+                                      {"SERVERS=a&b\nEXTERNAL=eth0", reference},
+                                      {"SERVERS=a\nEXTERNAL=eth\x80", characters}}) {
+        WriteFile("/etc/old.conf", line);
+        const support::Snapshot before = support::TakeSnapshot();
+        ExpectRequest(request, false, {"", "settings: " + error + "\n"});
+        support::ExpectUnchanged(before);
+    }
+    WriteFile("/etc/old.conf", "SERVERS=a b&c\nEXTERNAL=eth&0 eth1\nINTERFACES=eth7\n");
+    ExpectRequest(request, true, {});
+    EXPECT_EQ(ReadFile(kSettings), Unit(R"(  <dhcp-relay id="1">
+    <server id="0" interface="eth&amp;0">a</server>
+    <interface type="listen">eth7</interface>
+  </dhcp-relay>
+)"));
     WriteFile("/etc/old.conf", "SERVERS=10.0.0.5\n");
     ExpectRequest(request, true, {});
     EXPECT_EQ(ReadFile(kSettings), Unit("  <dhcp-relay id=\"1\"/>\n"));

@@ -39,8 +39,8 @@ bool CheckRoom(Node relay, const std::string& id) {
 } // namespace
 
 bool CheckListenInterfaceUsable(const std::string& id, const std::string& interface) {
-    return CheckListenInterfaceUsable(corvanshell::CConfStruct(path_list::local_settings, true), id,
-                                      interface);
+    const corvanshell::CConfStruct record(path_list::local_settings, true);
+    return IsReadable(record) && CheckListenInterfaceUsable(record, id, interface);
 }
 
 bool CheckListenInterfaceUsable(const corvanshell::CConfStruct& record, const std::string& id,

@@ -116,9 +116,10 @@ bool IsServerReachable(const corvanshell::CConfStruct& record, const std::string
 } // namespace
 
 bool CheckRelayServer(const std::string& id, const std::string& server, const std::string& interface) {
-    return IsServerNamed(id, server, interface) &&
-           IsServerReachable(corvanshell::CConfStruct(path_list::local_settings, true), id, server,
-                             interface);
+    if (!IsServerNamed(id, server, interface))
+        return false;
+    const corvanshell::CConfStruct record(path_list::local_settings, true);
+    return IsReadable(record) && IsServerReachable(record, id, server, interface);
 }
 
 bool CheckRelayServer(const corvanshell::CConfStruct& record, const std::string& id,
