@@ -88,14 +88,6 @@ bool IsPositive(const std::string& text) {
     return arguments::IsNumber(text) && text[0] != '0';
 }
 
-bool IsMtu(const std::string& text) {
-    return text == "auto" || arguments::IsNumber(text);
-}
-
-bool IsMetric(const std::string& text) {
-    return text == "none" || arguments::IsNumber(text);
-}
-
 bool IsDateTime(const std::string& text) {
     return HasForm(text, "99.99.9999-99:99:99");
 }

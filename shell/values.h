@@ -61,8 +61,6 @@ bool IsAddressList(const std::string& text); // with ", " in between
 bool IsMacAddress(const std::string& text);  // six pairs of hexadecimal digits with ":" in between
 bool IsBytes(const std::string& text);       // pairs of hexadecimal digits with ":" in between
 bool IsPositive(const std::string& text);    // a number of 1 or more, without leading zeros
-bool IsMtu(const std::string& text);         // a number or "auto"
-bool IsMetric(const std::string& text);      // a number or "none"
 bool IsDateTime(const std::string& text);    // 31.12.2026-23:59:59
 
 // What the appliance has just now. What can't be read offers nothing.

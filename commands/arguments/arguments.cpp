@@ -1,16 +1,16 @@
 #include "commands/arguments/arguments.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/network.h"
 
 #include <algorithm>
-#include <libintl.h>
 #include <string_view>
 
 namespace arguments {
 namespace {
 
 constexpr std::size_t kNumberLimit = 10;
+constexpr std::size_t kMtuLimit = 5; // no interface takes more than 65535 bytes
 constexpr std::size_t kNameLimit = 63;
 constexpr std::size_t kInterfaceNameLimit = 15;
 constexpr std::size_t kShownLimit = 64;
@@ -78,12 +78,23 @@ bool IsDgdText(const std::string& text) {
     return IsWord(text, "-");
 }
 
+bool IsMtu(const std::string& text) {
+    return text.empty() || text == "auto" || (text.size() <= kMtuLimit && IsNumber(text));
+}
+
+bool IsMetric(const std::string& text) {
+    return text == "none" || IsNumber(text);
+}
+
+bool IsOnOff(const std::string& text) {
+    return text == "on" || text == "off";
+}
+
 bool Check(std::initializer_list<Argument> arguments) {
     for (const Argument& argument : arguments) {
         if ((argument.optional && argument.text.empty()) || argument.is_good(argument.text))
             continue;
-        shell_print_error(gettext("wrong %s: \"%s\""), argument.what, Shown(argument.text).c_str());
-        return false;
+        return Refuse(Tr("wrong %s: \"%s\""), argument.what, Shown(argument.text));
     }
     return true;
 }

@@ -14,6 +14,9 @@ bool IsNetwork(const std::string& text);       // an address, alone or with "/" 
 bool IsName(const std::string& text);          // 1 to 63 letters, digits, "-", "_" and "."
 bool IsInterfaceName(const std::string& text); // what the kernel takes, without what a shell would read
 bool IsDgdText(const std::string& text);       // 1 to 63 letters, digits and "-"
+bool IsMtu(const std::string& text);           // 1 to 5 digits, or "auto" or "" for the default
+bool IsMetric(const std::string& text);        // a number, or "none" for the default
+bool IsOnOff(const std::string& text);
 
 struct Argument {
     const std::string& text;
