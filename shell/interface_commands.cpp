@@ -6,6 +6,7 @@
 #include "commands/interfaces/link.h"
 #include "commands/interfaces/reset.h"
 #include "commands/interfaces/show.h"
+#include "commands/interfaces/slave_class.h"
 #include "commands/interfaces/state.h"
 #include "commands/interfaces/vlans.h"
 #include "shell/families.h"

@@ -1,8 +1,8 @@
 #include "commands/interfaces/address.h"
 
 #include "commands/arguments/arguments.h"
-#include "platform/console.h"
-#include "platform/log.h"
+#include "commands/interfaces/users.h"
+#include "platform/messages.h"
 #include "platform/network.h"
 #include "platform/processes.h"
 #include "records/address_checks.h"
@@ -13,6 +13,7 @@ namespace interfaces {
 namespace {
 
 using corvanshell::InterfaceEntry;
+using corvanshell::Network;
 
 // What DHCP taught; it does not hold for a static address.
 constexpr const char* kForgetLearned = "rm -f /etc/ntp.dhcp /etc/resolv.dhcp";
@@ -25,30 +26,26 @@ bool IsProperNetmask(const std::string& text) {
     return corvanshell::subnetmask_to_cidr(text) > 0;
 }
 
-// False, for the caller to end with.
-bool LogFailure(const std::string& name) {
-    shell_log_error("<IFCONF>  Command: inet ifconfig: cannot configure interface %s", name.c_str());
-    return false;
+bool RefuseConfiguration(const std::string& name) {
+    return RefuseInLog("<IFCONF>  Command: inet ifconfig: cannot configure interface %s", name);
 }
 
 bool CheckClass(const InterfaceEdit& edit) {
     if (edit.entry.interface_class != corvanshell::kTrunkClass)
         return true;
-    PrintTrunkRefusal();
-    shell_log_error("<IFCONF>  Command: inet ifconfig: cannot configure interface %s, is trunk class",
-                    edit.CName());
-    return false;
+    WriteTrunkRefusal();
+    return RefuseInLog("<IFCONF>  Command: inet ifconfig: cannot configure interface %s, is trunk class",
+                       edit.Name());
 }
 
 bool CheckNetmask(const std::string& name, const std::string& netmask) {
     if (netmask != "255.255.255.255" && netmask != "255.255.255.254")
         return true;
-    Print("Can not execute for netmask 31 or 32.");
-    Print("You should change netmask value to access to execute command.");
-    shell_log_error(
+    WriteLine("Can not execute for netmask 31 or 32.");
+    WriteLine("You should change netmask value to access to execute command.");
+    return RefuseInLog(
         "<IFCONF>  Command: inet ifconfig: cannot configure interface %s, netmask should not be 31 or 32",
-        name.c_str());
-    return false;
+        name);
 }
 
 bool IsAlias(const InterfaceEntry& entry, const std::string& address) {
@@ -58,40 +55,34 @@ bool IsAlias(const InterfaceEntry& entry, const std::string& address) {
 
 // Whether no other interface, and no alias of any, has the address.
 bool CheckUnassigned(const InterfaceEdit& edit, const std::string& address) {
-    for (const auto& [name, entry] : edit.record.Interfaces()) {
-        if ((name == edit.Name() || entry.address != address) && !IsAlias(entry, address))
-            continue;
-        shell_print_error("%s: cannot assign address while it is assigned to other interface or alias",
-                          address.c_str());
-        return false;
-    }
-    return true;
+    const auto has_address = [&](const auto& row) {
+        return (row.first != edit.Name() && row.second.address == address) || IsAlias(row.second, address);
+    };
+    const auto& all = edit.record.Interfaces();
+    return std::none_of(all.begin(), all.end(), has_address) ||
+           Refuse("%s: cannot assign address while it is assigned to other interface or alias", address);
 }
 
-bool CheckUsers(const std::string& name, const Change& change) {
-    const char* refused = nullptr;
-    if (!CheckDhcpServer(name, change))
-        refused = "server";
-    else if (!CheckDhcpRelay(name, change))
-        refused = "relay";
-    if (refused == nullptr)
+bool CheckUsers(const InterfaceEdit& edit, const Network& network) {
+    const char* const user =
+        FindRefusingUser(edit.record, edit.Name(), {.address_changes = true, .network = network});
+    if (user == nullptr)
         return true;
-    shell_print_error("DHCP %s: configuration check failed. Command ignored.", refused);
-    return LogFailure(name);
+    PrintError("DHCP %s: configuration check failed. Command ignored.", user);
+    return RefuseConfiguration(edit.Name());
 }
 
 // The link is taken down and up around the change on purpose, so that its neighbours learn of it:
 // /sbin/ip link set dev eth1 down && /sbin/ip address flush label eth1 dev eth1 &&
 // /sbin/ip address add 10.0.0.1/255.0.0.0 broadcast 10.255.255.255 label eth1 dev eth1 &&
 // /bin/sleep 0.2 && /sbin/ip link set dev eth1 up
-std::string ChangeLine(const InterfaceEdit& edit, const std::string& address, const std::string& netmask,
-                       const std::string& broadcast) {
+std::string ChangeLine(const InterfaceEdit& edit, const Network& network) {
     const std::string& name = edit.Name();
     const std::string link = "/sbin/ip link set dev " + name;
     std::string line = "/sbin/ip address flush label " + name + " dev " + name + " && /sbin/ip address add " +
-                       address + "/" + netmask;
-    if (!broadcast.empty())
-        line += " broadcast " + broadcast;
+                       network.address + "/" + network.netmask;
+    if (!network.broadcast.empty())
+        line += " broadcast " + network.broadcast;
     line += " label " + name + " dev " + name;
     return edit.entry.up ? link + " down && " + line + " && /bin/sleep 0.2 && " + link + " up" : line;
 }
@@ -106,62 +97,68 @@ std::string LiveBroadcast(const std::string& text, const std::string& computed) 
 }
 
 // The address is free, and the others let the interface have it.
-bool MayChange(const InterfaceEdit& edit, const std::string& address, const std::string& netmask) {
-    return CheckClass(edit) && CheckNetmask(edit.Name(), netmask) && CheckUnassigned(edit, address) &&
-           CheckUsers(edit.Name(), {.address_changes = true, .address = address, .netmask = netmask});
+bool MayChange(const InterfaceEdit& edit, const Network& network) {
+    return CheckClass(edit) && CheckNetmask(edit.Name(), network.netmask) &&
+           CheckUnassigned(edit, network.address) && CheckUsers(edit, network);
+}
+
+// Gives the system the network, when no other crosses it.
+bool ChangeSystem(const InterfaceEdit& edit, const Network& network) {
+    const std::string& name = edit.Name();
+    if (!IsNetworkFree(edit, network,
+                       "cannot configure interface " + name + " with address " + network.address +
+                           " and netmask " + network.netmask))
+        return false;
+    if (!RunLine(ChangeLine(edit, network))) {
+        WriteLine("Can not configure the interface " + name);
+        return RefuseConfiguration(name);
+    }
+    BaseExec::run(kForgetLearned);
+    return true;
 }
 
 } // namespace
 
-bool AreAddressAndNetmaskUsable(const std::string& address, const std::string& netmask) {
+bool ReadNetwork(const std::string& address, const std::string& netmask, Network& network) {
+    network = {address, netmask, corvanshell::getbrcast(address, netmask)};
     return arguments::Check({{address, IsHostAddress, "address"}, {netmask, IsProperNetmask, "netmask"}});
 }
 
-bool IsNetworkFree(const InterfaceEdit& edit, const std::string& address, const std::string& broadcast,
-                   const std::string& netmask, const std::string& failure) {
-    switch (corvanshell::CheckAddressCrossing(edit.record, edit.Name(), address, broadcast, netmask, true)) {
+bool IsNetworkFree(const InterfaceEdit& edit, const Network& network, const std::string& failure) {
+    switch (corvanshell::CheckAddressCrossing(edit.record, edit.Name(), network.address, network.broadcast,
+                                              network.netmask, true)) {
     case corvanshell::kNoCrossing:
         return true;
     case corvanshell::kCrossing:
-        shell_print_error("%s", failure.c_str());
-        return false;
+        return Refuse("%s", failure);
     case corvanshell::kCrossingFailure:
-        shell_print_error("%s: function for broadcast checking returned error. Try to reset interfaces that "
-                          "configured by DHCP or failover.ini.",
-                          failure.c_str());
-        return false;
+        return Refuse("%s: function for broadcast checking returned error. Try to reset interfaces that "
+                      "configured by DHCP or failover.ini.",
+                      failure);
     }
     return false;
 }
 
 bool SetAddress(const std::string& name, const std::string& address, const std::string& netmask) {
     InterfaceEdit edit(name);
-    if (!OpenForChange(edit) || !AreAddressAndNetmaskUsable(address, netmask) ||
-        !MayChange(edit, address, netmask))
+    Network network;
+    if (!OpenForChange(edit) || !ReadNetwork(address, netmask, network) || !MayChange(edit, network))
         return false;
     WarnOfCertificate(edit.entry.address);
     // The client stays stopped, whatever becomes of the rest.
     if (IsDhcpConfigured(edit.entry))
         BaseExec::run("/sbin/dhcpclient.sh stop " + name);
     const std::string old_text = corvanshell::ifconfig(name);
-    const std::string broadcast = corvanshell::getbrcast(address, netmask);
-    if (!IsNetworkFree(edit, address, broadcast, netmask,
-                       "cannot configure interface " + name + " with address " + address + " and netmask " +
-                           netmask))
+    if (!ChangeSystem(edit, network))
         return false;
-    if (!RunLine(ChangeLine(edit, address, netmask, broadcast))) {
-        Print("Can not configure the interface " + name);
-        return LogFailure(name);
-    }
-    BaseExec::run(kForgetLearned);
-    edit.entry.address = address;
-    edit.entry.netmask = netmask;
-    edit.entry.broadcast = LiveBroadcast(corvanshell::ifconfig(name), broadcast);
+    edit.entry.address = network.address;
+    edit.entry.netmask = network.netmask;
+    edit.entry.broadcast = LiveBroadcast(corvanshell::ifconfig(name), network.broadcast);
     if (!edit.Save())
         return false;
-    UpdateDhcpServer(name);
-    shell_log_info("<IFCONF>  Command: inet ifconfig %s address %s netmask %s\n Old ifconfig value: \n%s",
-                   name.c_str(), address.c_str(), netmask.c_str(), old_text.c_str());
+    UpdateDhcpServer(edit.record, name);
+    LogInfo("<IFCONF>  Command: inet ifconfig %s address %s netmask %s\n Old ifconfig value: \n%s", name,
+            address, netmask, old_text);
     BaseExec::run("/sbin/iphook.sh " + name);
     return true;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/interfaces/command_frame.h"
+#include "records/network_crossing.h"
 
 #include <string>
 
@@ -10,14 +11,14 @@ namespace interfaces {
 [[nodiscard]] bool SetAddress(const std::string& name, const std::string& address,
                               const std::string& netmask);
 
+// The typed address and netmask with their broadcast. False, told, unless a host can have the address and the
+// netmask has no holes and leaves room for more than one network.
+[[nodiscard]] bool ReadNetwork(const std::string& address, const std::string& netmask,
+                               corvanshell::Network& network);
+
 // Whether the network proposed for the interface, as its address or an alias, crosses no other. A refusal is
 // told with `failure`, the sentence of the command.
-[[nodiscard]] bool IsNetworkFree(const InterfaceEdit& edit, const std::string& address,
-                                 const std::string& broadcast, const std::string& netmask,
+[[nodiscard]] bool IsNetworkFree(const InterfaceEdit& edit, const corvanshell::Network& network,
                                  const std::string& failure);
-
-// An address that a host can have, and a netmask without holes that leaves room for hosts' networks. A
-// refusal is told.
-[[nodiscard]] bool AreAddressAndNetmaskUsable(const std::string& address, const std::string& netmask);
 
 } // namespace interfaces

@@ -1,9 +1,8 @@
 #include "commands/interfaces/aliases.h"
 
 #include "commands/interfaces/address.h"
-#include "platform/console.h"
-#include "platform/log.h"
-#include "platform/network.h"
+#include "commands/interfaces/users.h"
+#include "platform/messages.h"
 #include "platform/processes.h"
 
 #include <algorithm>
@@ -12,14 +11,38 @@ namespace interfaces {
 namespace {
 
 using corvanshell::InterfaceEntry;
+using corvanshell::Network;
 
 // Runs /sbin/ifalias.sh add eth1 10.0.0.1/255.0.0.0 2>&1 and gives what it printed: the alias's name. False
 // when it fails or names none.
-bool RunScript(const std::string& action, const std::string& name, const std::string& address,
-               const std::string& netmask, std::string& output) {
+bool RunScript(const std::string& action, const std::string& name, const Network& network,
+               std::string& output) {
     const std::string line =
-        "/sbin/ifalias.sh " + action + " " + name + " " + address + "/" + netmask + " 2>&1";
+        "/sbin/ifalias.sh " + action + " " + name + " " + network.address + "/" + network.netmask + " 2>&1";
     return corvanshell::run(line.c_str(), output) == 0 && !output.empty();
+}
+
+bool MayAddAlias(const InterfaceEdit& edit, const Network& network) {
+    if (edit.entry.interface_class == corvanshell::kTrunkClass)
+        return Refuse("cannot execute for inteface of trunk class. You should change interface class to "
+                      "access to execute command");
+    if (IsDhcpConfigured(edit.entry))
+        return Refuse("Cannot add alias to DHCP configured interface");
+    return HasRoomForAdapter(".") && IsNetworkFree(edit, network,
+                                                   "cannot configure alias with address " + network.address +
+                                                       " and netmask " + network.netmask);
+}
+
+bool MayDeleteAlias(const InterfaceEdit& edit) {
+    if (edit.entry.interface_class == corvanshell::kTrunkClass) {
+        WriteTrunkRefusal();
+        return false;
+    }
+    if (IsDhcpConfigured(edit.entry)) {
+        WriteLine("Can not delete alias on DHCP configured interface");
+        return false;
+    }
+    return true;
 }
 
 // The lists are parallel, and a file may hold them with different lengths.
@@ -37,66 +60,38 @@ void EraseAlias(InterfaceEntry& entry, const std::string& address) {
 } // namespace
 
 bool AddAlias(const std::string& name, const std::string& address, const std::string& netmask) {
-    shell_log_info("command: inet ifconfig %s address add %s %s", name.c_str(), address.c_str(),
-                   netmask.c_str());
+    LogInfo("command: inet ifconfig %s address add %s %s", name, address, netmask);
     InterfaceEdit edit(name);
-    if (!OpenForChange(edit) || !AreAddressAndNetmaskUsable(address, netmask))
-        return false;
-    if (edit.entry.interface_class == corvanshell::kTrunkClass) {
-        shell_print_error("cannot execute for inteface of trunk class. You should change interface class to "
-                          "access to execute command");
-        return false;
-    }
-    if (IsDhcpConfigured(edit.entry)) {
-        shell_print_error("Cannot add alias to DHCP configured interface");
-        return false;
-    }
-    if (!HasRoomForAdapter("."))
-        return false;
-    const std::string broadcast = corvanshell::getbrcast(address, netmask);
-    if (!IsNetworkFree(edit, address, broadcast, netmask,
-                       "cannot configure alias with address " + address + " and netmask " + netmask))
+    Network network;
+    if (!OpenForChange(edit) || !ReadNetwork(address, netmask, network) || !MayAddAlias(edit, network))
         return false;
     std::string alias;
-    if (!RunScript("add", name, address, netmask, alias)) {
-        shell_print_error("failed to create alias on %s", name.c_str());
-        return false;
-    }
-    edit.entry.alias_addresses.push_back(address);
-    edit.entry.alias_netmasks.push_back(netmask);
-    edit.entry.alias_broadcasts.push_back(broadcast);
+    if (!RunScript("add", name, network, alias))
+        return Refuse("failed to create alias on %s", name);
+    edit.entry.alias_addresses.push_back(network.address);
+    edit.entry.alias_netmasks.push_back(network.netmask);
+    edit.entry.alias_broadcasts.push_back(network.broadcast);
     if (!edit.Save())
         return false;
-    shell_print_info("Alias %s was created.", alias.c_str());
+    PrintInfo("Alias %s was created.", alias);
     return true;
 }
 
 bool DeleteAlias(const std::string& name, const std::string& address, const std::string& netmask) {
     InterfaceEdit edit(name);
-    if (!OpenForChange(edit) || !AreAddressAndNetmaskUsable(address, netmask))
+    Network network;
+    if (!OpenForChange(edit) || !ReadNetwork(address, netmask, network) || !MayDeleteAlias(edit))
         return false;
-    if (edit.entry.interface_class == corvanshell::kTrunkClass) {
-        PrintTrunkRefusal();
-        return false;
-    }
-    if (IsDhcpConfigured(edit.entry)) {
-        Print("Can not delete alias on DHCP configured interface");
-        return false;
-    }
     WarnOfCertificate(edit.entry.address);
     std::string output;
-    if (!RunScript("delete", name, address, netmask, output)) {
-        const std::string text = "Failed to delete alias on " + name + " : " + output;
-        shell_print_error("<DEL_ALIAS> %s", text.c_str());
-        return false;
-    }
+    if (!RunScript("delete", name, network, output))
+        return Refuse("<DEL_ALIAS> Failed to delete alias on %s : %s", name, output);
     const std::string done = "Alias " + output + " was deleted.";
-    Print(done);
+    WriteLine(done);
     EraseAlias(edit.entry, address);
     if (!edit.Save())
         return false;
-    const std::string command = "inet ifconfig " + name + " address delete " + address + " " + netmask;
-    shell_log_info("<DEL_ALIAS> Command: '%s'. %s", command.c_str(), done.c_str());
+    LogInfo("<DEL_ALIAS> Command: 'inet ifconfig %s address delete %s %s'. %s", name, address, netmask, done);
     return true;
 }
 

@@ -3,7 +3,7 @@
 #include "commands/arguments/arguments.h"
 #include "commands/interfaces/bonding_values.h"
 #include "commands/interfaces/roles.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 
 namespace interfaces {
 namespace {
@@ -33,10 +33,8 @@ constexpr WordOption kWordOptions[] = {
 };
 
 bool CheckApplicable(const InterfaceEdit& bond, const char* option, bool permitted, const char* modes) {
-    if (!permitted)
-        shell_print_error("%s: %s option is applicable only if bonding mode is %s", bond.CName(), option,
-                          modes);
-    return permitted;
+    return permitted ||
+           Refuse("%s: %s option is applicable only if bonding mode is %s", bond.Name(), option, modes);
 }
 
 bool SetWord(InterfaceEdit& bond, const WordOption& option, const std::string& value) {
@@ -44,10 +42,8 @@ bool SetWord(InterfaceEdit& bond, const WordOption& option, const std::string& v
         !CheckApplicable(bond, option.name, PermittedOptions(bond.entry.bonding_mode).*option.permission,
                          option.modes))
         return false;
-    if (!IsOneOf(option.words(), value)) {
-        shell_print_error("%s: unknown bonding %s: %s", bond.CName(), option.meaning, value.c_str());
-        return false;
-    }
+    if (!IsOneOf(option.words(), value))
+        return Refuse("%s: unknown bonding %s: %s", bond.Name(), option.meaning, value);
     bond.entry.*option.value = value;
     FillBondWords(bond.entry);
     return true;
@@ -55,28 +51,18 @@ bool SetWord(InterfaceEdit& bond, const WordOption& option, const std::string& v
 
 bool SetMiimon(InterfaceEdit& bond, const std::string& value) {
     const unsigned long interval = arguments::IsNumber(value) ? std::stoul(value) : 0;
-    if (interval < kMinimumMiimon || interval > kMaximumMiimon) {
-        shell_print_error("%s: miimon option value is out of range %zu - %zu.", bond.CName(), kMinimumMiimon,
-                          kMaximumMiimon);
-        return false;
-    }
+    if (interval < kMinimumMiimon || interval > kMaximumMiimon)
+        return Refuse("%s: miimon option value is out of range %zu - %zu.", bond.Name(), kMinimumMiimon,
+                      kMaximumMiimon);
     bond.entry.bonding_miimon = value;
     return true;
 }
 
 bool CheckPrimary(const InterfaceEdit& bond, const std::string& slave) {
     InterfaceEntry entry;
-    if (!bond.record.FindInterface(slave, entry)) {
-        shell_print_error("%s: slave interface does not exist", slave.c_str());
-        return false;
-    }
-    if (!CheckSlaveClass(slave, entry))
-        return false;
-    if (entry.master == bond.Name())
-        return true;
-    shell_print_error("%s: primary slave interface has unexpected bond master interface: %s", slave.c_str(),
-                      MasterText(entry));
-    return false;
+    if (!bond.record.FindInterface(slave, entry))
+        return Refuse("%s: slave interface does not exist", slave);
+    return CheckSlaveOf(bond.Name(), slave, entry, "primary slave");
 }
 
 bool SetPrimary(InterfaceEdit& bond, const std::string& value) {
@@ -107,8 +93,7 @@ bool SetOption(InterfaceEdit& bond, const std::string& option, const std::string
         if (option == row.name)
             return SetWord(bond, row, value);
     }
-    shell_print_error("%s: unknown bonding option: %s", bond.CName(), option.c_str());
-    return false;
+    return Refuse("%s: unknown bonding option: %s", bond.Name(), option);
 }
 
 } // namespace interfaces

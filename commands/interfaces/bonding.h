@@ -1,7 +1,5 @@
 #pragma once
 
-#include "records/conf_struct.h"
-
 #include <string>
 #include <vector>
 
@@ -15,18 +13,11 @@ namespace interfaces {
                            const std::vector<std::string>& slaves);
 // inet bonding delete <number>. The slaves stay as loose ones.
 [[nodiscard]] bool DeleteBond(const std::string& number);
-// inet ifconfig <name> class slave
-[[nodiscard]] bool SetSlaveClass(const std::string& name);
 // inet ifconfig <bond> bonding add <slave>, inet ifconfig <bond> bonding delete <slave>
 [[nodiscard]] bool AddSlave(const std::string& bond, const std::string& slave);
 [[nodiscard]] bool DeleteSlave(const std::string& bond, const std::string& slave);
 // inet ifconfig <bond> bonding <option> <value>
 [[nodiscard]] bool SetBondOption(const std::string& bond, const std::string& option,
                                  const std::string& value);
-
-// Takes an interface's addresses and its MTU from the system and from its entry, so that it can become a
-// slave, or a bond can be removed. Asks when it has addresses; every refusal is told.
-[[nodiscard]] bool ClearInterfaceForBonding(const corvanshell::CConfStruct& record, const std::string& name,
-                                            corvanshell::InterfaceEntry& entry);
 
 } // namespace interfaces

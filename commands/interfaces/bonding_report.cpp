@@ -65,7 +65,7 @@ Lines BondingInfo(const std::string& name) {
     if (entry.interface_class != corvanshell::kSlaveClass)
         return {};
     Lines lines = {"", Column(name) + "is a slave interface"};
-    Add(lines, "bond master interface", entry.master.empty() ? "not defined" : entry.master);
+    Add(lines, "bond master interface", MasterText(entry));
     return lines;
 }
 

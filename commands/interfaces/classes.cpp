@@ -2,10 +2,12 @@
 
 #include "commands/interfaces/command_frame.h"
 #include "commands/interfaces/roles.h"
+#include "commands/interfaces/users.h"
 #include "commands/l2overip/configuration.h"
-#include "platform/console.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/processes.h"
+
+#include <iostream>
 
 namespace interfaces {
 namespace {
@@ -15,54 +17,39 @@ namespace {
 bool CheckClass(const std::string& name, const char* new_class, const char* prefix) {
     std::string output;
     const std::string line = "/sbin/ifclass_check.sh " + name + " " + new_class + " 2>&1";
-    if (corvanshell::run(line.c_str(), output) == 0)
-        return true;
-    shell_print_error("%s Command: inet ifconfig %s class %s: Check interface error: \n%s", prefix,
-                      name.c_str(), new_class, output.c_str());
-    return false;
+    return corvanshell::run(line.c_str(), output) == 0 ||
+           Refuse("%s Command: inet ifconfig %s class %s: Check interface error: \n%s", prefix, name,
+                  new_class, output);
 }
 
-bool CheckTrunkUsers(const std::string& name) {
-    const Change change = {.new_class = corvanshell::kTrunkClass};
-    const char* user = nullptr;
-    if (!CheckDhcpServer(name, change))
-        user = "server";
-    else if (!CheckDhcpRelay(name, change))
-        user = "relay";
-    if (user != nullptr)
-        shell_print_error("<I_IFCLASS_TRUNK>  Command: inet ifconfig %s class trunk: DHCP %s uses the "
-                          "interface. Command ignored",
-                          name.c_str(), user);
-    return user == nullptr;
+bool CheckTrunkUsers(const InterfaceEdit& edit) {
+    const char* const user =
+        FindRefusingUser(edit.record, edit.Name(), {.new_class = corvanshell::kTrunkClass});
+    return user == nullptr ||
+           Refuse("<I_IFCLASS_TRUNK>  Command: inet ifconfig %s class trunk: DHCP %s uses the interface. "
+                  "Command ignored",
+                  edit.Name(), user);
 }
 
 // The log alone tells this one.
 bool CheckNotSwitched(const std::string& name) {
-    if (!IsL2OverIpSwitchOn(name))
-        return true;
-    shell_log_error(
-        "<I_IFCLASS_TRUNK>  Command: inet ifconfig %s class trunk: L2OverIP configured as switch for "
-        "this interface.",
-        name.c_str());
-    return false;
+    return !IsL2OverIpSwitchOn(name) ||
+           RefuseInLog("<I_IFCLASS_TRUNK>  Command: inet ifconfig %s class trunk: L2OverIP configured as "
+                       "switch for this interface.",
+                       name);
 }
 
 // One step on the way to an interface without addresses.
 bool Run(const std::string& line, const std::string& failure) {
-    if (RunLine(line))
-        return true;
-    PrintError(failure);
-    shell_log_error("<I_IFCLASS_TRUNK>  %s", failure.c_str());
-    return false;
+    return RunLine(line) || WriteAndLog(std::cerr, "<I_IFCLASS_TRUNK>  ", failure);
 }
 
 bool DropAddresses(InterfaceEdit& edit) {
     const std::string& name = edit.Name();
-    Print("All IP addresses and their aliases on this interface will be removed.");
+    WriteLine("All IP addresses and their aliases on this interface will be removed.");
     if (shell_get_user_confirmation("Continue?") == 0) {
-        Print("Command terminated by user.");
-        shell_log_info("<I_IFCLASS_TRUNK> Command: inet ifconfig %s class trunk  - terminated by user.",
-                       name.c_str());
+        WriteLine("Command terminated by user.");
+        LogInfo("<I_IFCLASS_TRUNK> Command: inet ifconfig %s class trunk  - terminated by user.", name);
         return false;
     }
     if (IsDhcpConfigured(edit.entry))
@@ -81,11 +68,10 @@ bool DropAddresses(InterfaceEdit& edit) {
 } // namespace
 
 bool SetAccessClass(const std::string& name) {
-    if (!IsNameUsable(name) || IsInterfaceRoleRefused(name, kRefuseBoundSlave, true) ||
-        !CheckClass(name, "access", "<I_IFCLASS_ACCESS>"))
-        return false;
     InterfaceEdit edit(name);
-    if (!edit.Load())
+    if (!IsNameUsable(name) || !edit.IsReadable() ||
+        IsInterfaceRoleRefused(edit.record, name, kRefuseBoundSlave, true) ||
+        !CheckClass(name, "access", "<I_IFCLASS_ACCESS>") || !edit.Load())
         return false;
     edit.entry.address.clear();
     edit.entry.netmask.clear();
@@ -93,24 +79,25 @@ bool SetAccessClass(const std::string& name) {
     edit.entry.interface_class = corvanshell::kAccessClass;
     if (!edit.Save())
         return false;
-    Print(name + " set to access class.");
-    shell_log_info("<I_IFCLASS_ACCESS> Command: inet ifconfig %s class access", name.c_str());
+    WriteLine(name + " set to access class.");
+    LogInfo("<I_IFCLASS_ACCESS> Command: inet ifconfig %s class access", name);
     return true;
 }
 
 bool SetTrunkClass(const std::string& name) {
-    shell_log_info("command: inet ifconfig %s class trunk", name.c_str());
-    if (!IsNameUsable(name) || IsInterfaceRoleRefused(name, kRefuseBoundSlave, true) ||
-        !CheckTrunkUsers(name) || !CheckClass(name, "trunk", "<I_IFCLASS_TRUNK>") || !CheckNotSwitched(name))
-        return false;
+    LogInfo("command: inet ifconfig %s class trunk", name);
     InterfaceEdit edit(name);
+    if (!IsNameUsable(name) || !edit.IsReadable() ||
+        IsInterfaceRoleRefused(edit.record, name, kRefuseBoundSlave, true) || !CheckTrunkUsers(edit) ||
+        !CheckClass(name, "trunk", "<I_IFCLASS_TRUNK>") || !CheckNotSwitched(name))
+        return false;
     if (!edit.Load() || (HasAddress(edit.entry) && !DropAddresses(edit)))
         return false;
     edit.entry.interface_class = corvanshell::kTrunkClass;
     if (!edit.Save())
         return false;
-    shell_log_info("<I_IFCLASS_TRUNK> Command: inet ifconfig %s class trunk", name.c_str());
-    Print(name + " set to trunk class.");
+    LogInfo("<I_IFCLASS_TRUNK> Command: inet ifconfig %s class trunk", name);
+    WriteLine(name + " set to trunk class.");
     return true;
 }
 

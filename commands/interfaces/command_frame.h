@@ -2,25 +2,28 @@
 
 #include "records/conf_struct.h"
 
+#include <ostream>
 #include <string>
 
 // What the interface commands share.
 
 namespace interfaces {
 
-// One interface's entry, for the length of a command, with the record that holds it.
+// One interface's entry, for the length of a command, with the record that holds it. The record is read once,
+// and all of the command's checks see this one state.
 class InterfaceEdit {
 public:
     // Reads the record.
     explicit InterfaceEdit(std::string name);
 
-    // False, reported, when the record can't be read to its end or has no such interface.
+    // False, reported, when the record can't be read to its end: writing it would lose what was not read.
+    [[nodiscard]] bool IsReadable() const;
+    // False, reported, when the record is not readable or has no such interface.
     [[nodiscard]] bool Load(const char* missing = "interface does not exist");
     // Writes the entry into the record and the record to its file. A failure is reported.
     [[nodiscard]] bool Save();
 
     const std::string& Name() const { return name_; }
-    const char* CName() const { return name_.c_str(); }
 
     corvanshell::CConfStruct record;
     corvanshell::InterfaceEntry entry;
@@ -38,7 +41,7 @@ private:
 // What stands in front of most commands: a usable name, a role that may be changed, an entry.
 [[nodiscard]] bool OpenForChange(InterfaceEdit& edit);
 
-// False, reported, when the record can't be read to its end: writing it would lose what was not read.
+// The same for a record without an interface.
 [[nodiscard]] bool IsReadable(const corvanshell::CConfStruct& record);
 // A failure is reported.
 [[nodiscard]] bool WriteRecord(corvanshell::CConfStruct& record);
@@ -47,30 +50,15 @@ private:
 [[nodiscard]] bool RunLine(const std::string& line);
 
 // Plain lines on standard output and on the error stream.
-void Print(const std::string& text);
-void PrintError(const std::string& text);
+void WriteLine(const std::string& text);
+void WriteErrorLine(const std::string& text);
+// A plain line that the log holds too, as an error behind the family's prefix. False, for a command to end
+// with.
+bool WriteAndLog(std::ostream& stream, const char* prefix, const std::string& text);
 
 // The two lines for a trunk interface where an access interface is wanted; one command spells them right.
-void PrintTrunkRefusal();
-void PrintTrunkRefusalSpelledRight();
-
-// Whether the DHCP server and the relays let the interface change so. The reason is told.
-struct Change {
-    bool going_down = false;
-    bool address_changes = false; // as the relays are asked
-    std::string new_class = corvanshell::kAccessClass;
-    std::string address = "0.0.0.0"; // as the server is asked; this stands for no change
-    std::string netmask = "0.0.0.0";
-};
-[[nodiscard]] bool CheckDhcpServer(const std::string& name, const Change& change);
-[[nodiscard]] bool CheckDhcpRelay(const std::string& name, const Change& change);
-[[nodiscard]] bool CheckDhcp(const std::string& name, const Change& change); // the server, then the relays
-
-// Warns when the web interface's HTTPS certificate names the address.
-void WarnOfCertificate(const std::string& address);
-
-// Has the DHCP server unit follow the interface's new address or state.
-void UpdateDhcpServer(const std::string& name);
+void WriteTrunkRefusal();
+void WriteTrunkRefusalSpelledRight();
 
 // False, told with the limit, when the system has as many adapters as it may. The text stands behind the
 // limit's sentence.

@@ -2,14 +2,14 @@
 
 #include "commands/arguments/arguments.h"
 #include "commands/interfaces/command_frame.h"
+#include "commands/interfaces/users.h"
 #include "front/probes/cluster.h"
-#include "platform/console.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/network.h"
 #include "platform/path_list.h"
 #include "platform/processes.h"
 
-#include <libintl.h>
+#include <iostream>
 
 namespace interfaces {
 namespace {
@@ -18,6 +18,7 @@ using corvanshell::InterfaceEntry;
 
 const std::string kClient = "/sbin/dhcpclient.sh ";
 constexpr const char* kRenewMetrics = "/sbin/dhcpclient.sh renew-metrics";
+constexpr const char* kLogPrefix = "<DHCLIENT>  ";
 constexpr const char* kNextLease = "on the next DHCP lease renewal.";
 
 // What a lease may also bring.
@@ -42,60 +43,57 @@ const Use* FindUse(const std::string& what) {
         if (what == use.what)
             return &use;
     }
-    shell_print_error("%s: neither route nor dns nor ntp", what.c_str());
+    PrintError("%s: neither route nor dns nor ntp", what);
     return nullptr;
 }
 
-// A failed step of the way to DHCP. False, for the caller to end with.
-bool Fail(const std::string& text, void (*print)(const std::string&) = PrintError) {
-    print(text);
-    shell_log_error("<DHCLIENT>  %s", text.c_str());
-    return false;
-}
-
-bool MayUseDhcp(const InterfaceEdit& edit) {
-    const std::string& name = edit.Name();
+bool CheckMode(const InterfaceEdit& edit) {
     if (edit.entry.interface_class == corvanshell::kTrunkClass) {
-        PrintTrunkRefusalSpelledRight();
+        WriteTrunkRefusalSpelledRight();
         return false;
     }
     if (IsDhcpConfigured(edit.entry)) {
-        Print("Interface is in DHCP mode already.");
+        WriteLine("Interface is in DHCP mode already.");
         return false;
     }
-    if (IsWifiName(name) && edit.record.IsWifiServer()) {
-        Print("Can not execute for interface in wifi access point mode.");
-        Print("You should change WiFi role to execute command.");
-        return false;
-    }
-    if (!CheckDhcp(name, {})) {
-        shell_print_error(
-            "<DHCLIENT> The command 'inet ifconfig %s dhcp' cannot be executed for interface %s",
-            name.c_str(), name.c_str());
-        return false;
-    }
-    if (!edit.entry.alias_addresses.empty() &&
-        shell_get_user_confirmation("Aliases on the interface %s will be removed.\nAre you sure?",
-                                    name.c_str()) == 0) {
-        shell_print_error("<DHCLIENT> Command: 'inet ifconfig %s dhcp'. Not confirmed. Command is skipped.",
-                          name.c_str());
+    if (IsWifiName(edit.Name()) && edit.record.IsWifiServer()) {
+        WriteLine("Can not execute for interface in wifi access point mode.");
+        WriteLine("You should change WiFi role to execute command.");
         return false;
     }
     return true;
 }
 
+bool ConfirmAliases(const InterfaceEdit& edit) {
+    return edit.entry.alias_addresses.empty() ||
+           shell_get_user_confirmation("Aliases on the interface %s will be removed.\nAre you sure?",
+                                       edit.Name().c_str()) != 0 ||
+           Refuse("<DHCLIENT> Command: 'inet ifconfig %s dhcp'. Not confirmed. Command is skipped.",
+                  edit.Name());
+}
+
+bool MayUseDhcp(const InterfaceEdit& edit) {
+    const std::string& name = edit.Name();
+    if (!CheckMode(edit))
+        return false;
+    if (FindRefusingUser(edit.record, name, {}) != nullptr)
+        return Refuse("<DHCLIENT> The command 'inet ifconfig %s dhcp' cannot be executed for interface %s",
+                      name, name);
+    return ConfirmAliases(edit);
+}
+
 // Takes the static address from the system, with the link down where it was up.
 bool DropAddress(const std::string& name, bool up) {
     if (up && !RunLine("/sbin/ifconfig " + name + " down"))
-        return Fail("Cannot down interface " + name);
+        return WriteAndLog(std::cerr, kLogPrefix, "Cannot down interface " + name);
     if (!RunLine("ip addr flush label " + name + " dev " + name))
-        return Fail("Cannot flush the address of interface " + name);
+        return WriteAndLog(std::cerr, kLogPrefix, "Cannot flush the address of interface " + name);
     if (!up)
         return true;
     if (shell_spawn("/sbin/ifconfig", name.c_str(), "up", nullptr) != 0)
-        return Fail("Cannot up interface " + name);
+        return WriteAndLog(std::cerr, kLogPrefix, "Cannot up interface " + name);
     if (const int status = shell_spawn("/sbin/if_postcmd.sh", name.c_str(), "up", nullptr); status != 0)
-        shell_print_error("failed to post up command for %s with error: %d", name.c_str(), status);
+        PrintError("failed to post up command for %s with error: %d", name, status);
     return true;
 }
 
@@ -104,33 +102,24 @@ bool StartClient(InterfaceEdit& edit, const InterfaceEntry& earlier) {
     const std::string& name = edit.Name();
     if (RunLine(kClient + "start " + name))
         return true;
-    static_cast<void>(
-        Fail("The command 'inet ifconfig " + name +
-                 " dhcp' cannot be executed: the dhcpclient cannot be started on the interface " + name,
-             Print));
+    WriteAndLog(std::cout, kLogPrefix,
+                "The command 'inet ifconfig " + name +
+                    " dhcp' cannot be executed: the dhcpclient cannot be started on the interface " + name);
     edit.entry = earlier;
     static_cast<void>(edit.Save()); // reports its failure
     return false;
 }
 
-bool IsSwitch(const std::string& value) {
-    return value == "on" || value == "off";
-}
-
-bool IsMetric(const std::string& value) {
-    return value == "none" || arguments::IsNumber(value);
-}
-
-void PrintUse(const std::string& name, const Use& use, bool on, bool dhcp) {
+void WriteUse(const std::string& name, const Use& use, bool on, bool dhcp) {
     const std::string when = dhcp ? kNextLease : use.when_dhcp;
     if (use.servers != nullptr) {
-        Print(std::string(use.servers) + " servers obtained from DHCP server via " + name +
-              (on ? " will be used " : " will not be used ") + when);
+        WriteLine(std::string(use.servers) + " servers obtained from DHCP server via " + name +
+                  (on ? " will be used " : " will not be used ") + when);
     } else if (!on && dhcp) {
         BaseExec::run(kClient + "clear-routes " + name);
-        Print("DHCP routes via " + name + " removed.");
+        WriteLine("DHCP routes via " + name + " removed.");
     } else {
-        Print("DHCP routes via " + name + " will be used " + when);
+        WriteLine("DHCP routes via " + name + " will be used " + when);
     }
 }
 
@@ -151,53 +140,48 @@ bool SetDhcp(const std::string& name) {
         return false;
     if (earlier.up && !StartClient(edit, earlier))
         return false;
-    shell_log_info("<DHCLIENT> Command: inet ifconfig dhcp %s\n Old ifconfig value: %s", name.c_str(),
-                   old_text.c_str());
-    UpdateDhcpServer(name);
+    LogInfo("<DHCLIENT> Command: inet ifconfig dhcp %s\n Old ifconfig value: %s", name, old_text);
+    UpdateDhcpServer(edit.record, name);
     return true;
 }
 
 bool SetDhcpUse(const std::string& name, const std::string& what, const std::string& value) {
     InterfaceEdit edit(name);
-    if (!OpenForChange(edit) || !arguments::Check({{value, IsSwitch, "value"}}))
+    if (!OpenForChange(edit) || !arguments::Check({{value, arguments::IsOnOff, "value"}}))
         return false;
     const Use* const use = FindUse(what);
     if (use == nullptr)
         return false;
     if (edit.entry.interface_class == corvanshell::kTrunkClass) {
-        PrintTrunkRefusal();
-        shell_log_error(
-            "<IFCONF>  Command: inet ifconfig %s dhcp %s what : cannot configure interface, is trunk "
-            "class",
-            name.c_str(), what.c_str());
-        return false;
+        WriteTrunkRefusal();
+        return RefuseInLog(
+            "<IFCONF>  Command: inet ifconfig %s dhcp %s what : cannot configure interface, is trunk class",
+            name, what);
     }
     const bool on = value == "on";
     if (edit.entry.*use->field == on) {
         const std::string text = "Interface " + name + " " + (on ? "already uses" : use->already_off) + " " +
                                  what + " obtained from DHCP server";
-        PrintError(text);
-        shell_log_info("%s", text.c_str());
+        WriteErrorLine(text);
+        LogInfo("%s", text);
         return false;
     }
     edit.entry.*use->field = on;
     if (!edit.Save())
         return false;
-    PrintUse(name, *use, on, IsDhcpConfigured(edit.entry));
+    WriteUse(name, *use, on, IsDhcpConfigured(edit.entry));
     return true;
 }
 
 bool SetDhcpMetric(const std::string& name, const std::string& value) {
     InterfaceEdit edit(name);
-    if (!OpenForChange(edit) || !arguments::Check({{value, IsMetric, "metric"}}))
+    if (!OpenForChange(edit) || !arguments::Check({{value, arguments::IsMetric, "metric"}}))
         return false;
     if (edit.entry.interface_class == corvanshell::kTrunkClass) {
-        PrintTrunkRefusal();
-        shell_log_error(
-            "<IFCONF>  Command: inet ifconfig %s dhcp route-metric : cannot configure interface, is "
-            "trunk class",
-            name.c_str());
-        return false;
+        WriteTrunkRefusal();
+        return RefuseInLog("<IFCONF>  Command: inet ifconfig %s dhcp route-metric : cannot configure "
+                           "interface, is trunk class",
+                           name);
     }
     edit.entry.dhcp_metric = value == "none" ? "" : value;
     if (!edit.Save())
@@ -205,8 +189,8 @@ bool SetDhcpMetric(const std::string& name, const std::string& value) {
     if (IsDhcpConfigured(edit.entry)) {
         BaseExec::run(kRenewMetrics);
     } else {
-        Print("Warning: interface " + name + " does not use DHCP at this moment.");
-        Print("DHCP route metric change will take effect when DHCP will be used.");
+        WriteLine("Warning: interface " + name + " does not use DHCP at this moment.");
+        WriteLine("DHCP route metric change will take effect when DHCP will be used.");
     }
     return true;
 }

@@ -1,6 +1,7 @@
 #include "commands/interfaces/roles.h"
 
-#include "platform/console.h"
+#include "commands/interfaces/command_frame.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 
 namespace interfaces {
@@ -26,24 +27,39 @@ const char* FindRefusal(const std::string& name, const InterfaceEntry& entry, un
 } // namespace
 
 bool IsInterfaceRoleRefused(const std::string& name, unsigned int mask, bool report) {
-    InterfaceEntry entry;
-    if (!CConfStruct(path_list::local_settings, true).FindInterface(name, entry))
-        return false;
-    const char* const refusal = FindRefusal(name, entry, mask);
+    const CConfStruct record(path_list::local_settings, true);
+    const bool readable = report ? IsReadable(record) : record.IsWhole();
+    return !readable || IsInterfaceRoleRefused(record, name, mask, report);
+}
+
+bool IsInterfaceRoleRefused(const CConfStruct& record, const std::string& name, unsigned int mask,
+                            bool report) {
+    const char* const refusal = FindRefusal(name, FindEntry(record, name), mask);
     if (refusal != nullptr && report)
-        shell_print_error("%s: %s", name.c_str(), refusal);
+        PrintError("%s: %s", name, refusal);
     return refusal != nullptr;
 }
 
-bool CheckSlaveClass(const std::string& name, const InterfaceEntry& entry) {
-    if (entry.interface_class == corvanshell::kSlaveClass)
-        return true;
-    shell_print_error("%s: class of the interface is not slave", name.c_str());
-    return false;
+InterfaceEntry FindEntry(const CConfStruct& record, const std::string& name) {
+    InterfaceEntry entry;
+    static_cast<void>(record.FindInterface(name, entry));
+    return entry;
 }
 
-const char* MasterText(const InterfaceEntry& entry) {
-    return entry.master.empty() ? "not defined" : entry.master.c_str();
+bool CheckSlaveClass(const std::string& name, const InterfaceEntry& entry) {
+    return entry.interface_class == corvanshell::kSlaveClass ||
+           Refuse("%s: class of the interface is not slave", name);
+}
+
+bool CheckSlaveOf(const std::string& bond, const std::string& name, const InterfaceEntry& entry,
+                  const char* role) {
+    return CheckSlaveClass(name, entry) &&
+           (entry.master == bond || Refuse("%s: %s interface has unexpected bond master interface: %s", name,
+                                           role, MasterText(entry)));
+}
+
+std::string MasterText(const InterfaceEntry& entry) {
+    return entry.master.empty() ? "not defined" : entry.master;
 }
 
 std::vector<std::string> ListVlanChildren(const CConfStruct& record, const std::string& parent) {

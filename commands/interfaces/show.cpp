@@ -3,8 +3,7 @@
 #include "commands/arguments/arguments.h"
 #include "front/probes/adapters.h"
 #include "front/reports/report.h"
-#include "platform/console.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/network.h"
 #include "platform/pager.h"
 #include "platform/path_list.h"
@@ -51,10 +50,8 @@ std::string AllBlocks() {
 
 bool ShowReport(const std::string& path) {
     ShellPager pager;
-    if (pager.open() != nullptr && pager.print_file(path))
-        return true;
-    shell_print_error("<SH_IF>: failed to access temporary file: %s", std::strerror(errno));
-    return false;
+    return (pager.open() != nullptr && pager.print_file(path)) ||
+           Refuse("<SH_IF>: failed to access temporary file: %s", std::strerror(errno));
 }
 
 bool IsTarget(const std::string& text) {
@@ -91,28 +88,26 @@ const char* FindPingRefusal(const std::string& target) {
 } // namespace
 
 bool ShowInterfaces() {
-    shell_log_info("<SH_IF> Command: inet show interface");
-    shell_print_info("Interfaces info collection is in progress...");
+    LogInfo("<SH_IF> Command: inet show interface");
+    PrintInfo("Interfaces info collection is in progress...");
     Report report("<SH_IF>", "interfaces");
     if (!report.Open())
         return false;
     std::fputs(AllBlocks().c_str(), report.Out());
     if (!report.Sync() || !ShowReport(report.Path()))
         return false;
-    shell_print_info("The current number of network interfaces on the system is %ld. The maximum limit of "
-                     "interfaces is %ld.",
-                     CountNetworkAdapters(), GetNetworkAdapterLimit());
+    PrintInfo("The current number of network interfaces on the system is %ld. The maximum limit of "
+              "interfaces is %ld.",
+              CountNetworkAdapters(), GetNetworkAdapterLimit());
     return true;
 }
 
 bool Ping(const std::string& target) {
     if (!arguments::Check({{target, IsTarget, "address or host name"}}))
         return false;
-    if (const char* const refusal = FindPingRefusal(target)) {
-        shell_print_error("%s", refusal);
-        return false;
-    }
-    shell_print_info("Pinging %s , press Ctrl+C to stop", target.c_str());
+    if (const char* const refusal = FindPingRefusal(target))
+        return Refuse("%s", refusal);
+    PrintInfo("Pinging %s , press Ctrl+C to stop", target);
     return shell_spawn("/bin/ping", target.c_str(), nullptr) == 0;
 }
 

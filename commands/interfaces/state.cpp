@@ -3,17 +3,20 @@
 #include "commands/arguments/arguments.h"
 #include "commands/interfaces/command_frame.h"
 #include "commands/interfaces/roles.h"
-#include "platform/console.h"
-#include "platform/log.h"
+#include "commands/interfaces/users.h"
+#include "platform/messages.h"
 #include "platform/processes.h"
 #include "records/address_checks.h"
 
+#include <iostream>
 #include <sys/wait.h>
 
 namespace interfaces {
 namespace {
 
 using corvanshell::InterfaceEntry;
+
+constexpr const char* kLogPrefix = "<IFCONF> ";
 
 // The wanted state.
 struct State {
@@ -26,26 +29,16 @@ bool IsStateWord(const std::string& word) {
     return word == "up" || word == "down";
 }
 
-// What is wrong without being the end of the command.
-void Report(const std::string& text, void (*print)(const std::string&)) {
-    print(text);
-    shell_log_error("<IFCONF> %s", text.c_str());
-}
-
-bool CheckUsers(const std::string& name, const State& state) {
-    if (state.up || CheckDhcp(name, {.going_down = true}))
-        return true;
-    shell_print_error("<IFCONF>  Cannot execute: inet ifconfig %s %s", name.c_str(), state.word.c_str());
-    return false;
+bool CheckUsers(const InterfaceEdit& edit, const State& state) {
+    return state.up || FindRefusingUser(edit.record, edit.Name(), {.going_down = true}) == nullptr ||
+           Refuse("<IFCONF>  Cannot execute: inet ifconfig %s %s", edit.Name(), state.word);
 }
 
 bool CheckAddresses(const InterfaceEdit& edit, const State& state) {
-    if (!state.up || CheckInterfaceUp(edit.record, edit.Name()))
-        return true;
-    shell_print_error("<IFCONF>  Cannot bring the interface %s up, because it uses incorrect address, "
-                      "subnetmask or broadcast.",
-                      edit.CName());
-    return false;
+    return !state.up || CheckInterfaceUp(edit.record, edit.Name()) ||
+           Refuse("<IFCONF>  Cannot bring the interface %s up, because it uses incorrect address, "
+                  "subnetmask or broadcast.",
+                  edit.Name());
 }
 
 // A VLAN child can't be up on a parent that is down.
@@ -54,25 +47,23 @@ bool CheckParent(const InterfaceEdit& edit, const State& state) {
     if (!state.up || edit.entry.parent.empty() ||
         (edit.record.FindInterface(edit.entry.parent, parent) && parent.up))
         return true;
-    Print("Can not bring the interface " + edit.Name() + " up, because its trunk interface " +
-          edit.entry.parent + " is down.");
-    Print("You have to bring the trunk interface up first.");
-    shell_log_error("<IFCONF> Command: inet ifconfig %s %s - failed because trunk is down.", edit.CName(),
-                    state.word.c_str());
-    return false;
+    WriteLine("Can not bring the interface " + edit.Name() + " up, because its trunk interface " +
+              edit.entry.parent + " is down.");
+    WriteLine("You have to bring the trunk interface up first.");
+    return RefuseInLog("<IFCONF> Command: inet ifconfig %s %s - failed because trunk is down.", edit.Name(),
+                       state.word);
 }
 
 bool ConfirmChildren(const InterfaceEdit& edit, const State& state) {
     if (edit.entry.interface_class != corvanshell::kTrunkClass ||
         ListVlanChildren(edit.record, edit.Name()).empty())
         return true;
-    Print(std::string("All child vlan interfaces on this interface to be ") +
-          (state.up ? "turned on" : "turned off") + ".");
+    WriteLine(std::string("All child vlan interfaces on this interface to be ") +
+              (state.up ? "turned on" : "turned off") + ".");
     if (shell_get_user_confirmation("Continue?") != 0)
         return true;
-    Print("Command terminated by user.");
-    shell_log_info("<IFCONF> Command: inet ifconfig %s %s - terminated by user.", edit.CName(),
-                   state.word.c_str());
+    WriteLine("Command terminated by user.");
+    LogInfo("<IFCONF> Command: inet ifconfig %s %s - terminated by user.", edit.Name(), state.word);
     return false;
 }
 
@@ -80,7 +71,7 @@ bool MayChange(const InterfaceEdit& edit, const State& state) {
     if (!CheckAddresses(edit, state))
         return false;
     if (edit.entry.up == state.up) {
-        Print("The interface " + edit.Name() + " is already " + state.word + ".");
+        WriteLine("The interface " + edit.Name() + " is already " + state.word + ".");
         return false;
     }
     return CheckParent(edit, state) && ConfirmChildren(edit, state);
@@ -91,11 +82,11 @@ void SwitchDhcpClient(const std::string& name, const State& state) {
     const int status = BaseExec::run(std::string("/sbin/dhcpclient.sh ") + action + " " + name);
     if (status == 0)
         return;
-    Report("The command 'inet ifconfig " + name + " " + state.word +
-               "' cannot be executed: the dhcpclient cannot be " + (state.up ? "started" : "stopped") +
-               " on the interface " + name,
-           Print);
-    PrintError("Status " + std::to_string(WIFEXITED(status) ? WEXITSTATUS(status) : status));
+    WriteAndLog(std::cout, kLogPrefix,
+                "The command 'inet ifconfig " + name + " " + state.word +
+                    "' cannot be executed: the dhcpclient cannot be " + (state.up ? "started" : "stopped") +
+                    " on the interface " + name);
+    WriteErrorLine("Status " + std::to_string(WIFEXITED(status) ? WEXITSTATUS(status) : status));
 }
 
 // ifconfig(8) gives a VLAN child its address again: the kernel may have dropped it with the parent's link.
@@ -103,8 +94,8 @@ void RestoreAddress(const std::string& child, const InterfaceEntry& entry) {
     if (shell_spawn("/sbin/ifconfig", child.c_str(), entry.address.c_str(), "netmask", entry.netmask.c_str(),
                     "broadcast", entry.broadcast.c_str(), nullptr) == 0)
         return;
-    Print("Can not configure the interface " + child);
-    shell_log_error("<IFCONF>  Command: inet ifconfig: cannot configure interface %s", child.c_str());
+    WriteLine("Can not configure the interface " + child);
+    LogError("<IFCONF>  Command: inet ifconfig: cannot configure interface %s", child);
 }
 
 // A child that does not follow keeps its settings, and does not stop its brothers.
@@ -114,10 +105,10 @@ bool BringChildrenAlong(InterfaceEdit& edit, const State& state) {
         if (entry.up == state.up)
             continue;
         if (!RunLine("/sbin/ifconfig " + child + " " + state.word)) {
-            Report(state.text + " Cannot execute.", PrintError);
+            WriteAndLog(std::cerr, kLogPrefix, state.text + " Cannot execute.");
             continue;
         }
-        shell_log_info("%s Executed.", state.text.c_str());
+        LogInfo("%s Executed.", state.text);
         entry.up = state.up;
         edit.record.AddInterface(child, entry, true);
         if (!WriteRecord(edit.record))
@@ -132,28 +123,25 @@ bool BringChildrenAlong(InterfaceEdit& edit, const State& state) {
 
 bool SetState(const std::string& name, const std::string& word) {
     const State state = {word == "up", word, "Command inet ifconfig " + name + " " + word + "'"};
-    if (!IsNameUsable(name) || !arguments::Check({{word, IsStateWord, "state"}}) || !CheckUsers(name, state))
-        return false;
     InterfaceEdit edit(name);
-    if (!edit.Load() || !MayChange(edit, state))
+    if (!IsNameUsable(name) || !arguments::Check({{word, IsStateWord, "state"}}) || !edit.IsReadable() ||
+        !CheckUsers(edit, state) || !edit.Load() || !MayChange(edit, state))
         return false;
-    if (!RunLine("/sbin/ifconfig " + name + " " + word)) {
-        Report(state.text + " Cannot execute: ifconfig", PrintError);
-        return false;
-    }
+    if (!RunLine("/sbin/ifconfig " + name + " " + word))
+        return WriteAndLog(std::cerr, kLogPrefix, state.text + " Cannot execute: ifconfig");
     edit.entry.up = state.up;
     if (!edit.Save())
         return false;
-    UpdateDhcpServer(name);
+    UpdateDhcpServer(edit.record, name);
     if (IsDhcpConfigured(edit.entry))
         SwitchDhcpClient(name, state);
     if (state.up)
         BaseExec::run("/sbin/apply_new_routes.sh");
     if (shell_spawn("/sbin/if_postcmd.sh", name.c_str(), word.c_str(), nullptr) != 0)
-        Report("Cannot execute: post action for interface " + name, Print);
+        WriteAndLog(std::cout, kLogPrefix, "Cannot execute: post action for interface " + name);
     if (edit.entry.interface_class == corvanshell::kTrunkClass && !BringChildrenAlong(edit, state))
         return false;
-    shell_log_info("<IFCONF> %s Executed.", state.text.c_str());
+    LogInfo("<IFCONF> %s Executed.", state.text);
     return true;
 }
 

@@ -2,9 +2,9 @@
 
 #include "commands/arguments/arguments.h"
 #include "commands/interfaces/command_frame.h"
+#include "commands/interfaces/users.h"
 #include "commands/l2overip/configuration.h"
-#include "platform/console.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 #include "platform/processes.h"
 
@@ -28,11 +28,9 @@ bool IsComment(const std::string& text) {
                                          [](unsigned char letter) { return letter < ' ' || letter == 0x7f; });
 }
 
-// The parts of a failed or refused deletion's log line.
-bool LogDeletion(const std::string& parent, const std::string& id, const std::string& what) {
-    shell_log_error("<I_VLAN_DELETE>  Command: inet ifconfig %s vlan delete %s : %s", parent.c_str(),
-                    id.c_str(), what.c_str());
-    return false;
+// A refused deletion that the log alone tells.
+bool RefuseDeletion(const std::string& parent, const std::string& id, const char* reason) {
+    return RefuseInLog("<I_VLAN_DELETE>  Command: inet ifconfig %s vlan delete %s : %s", parent, id, reason);
 }
 
 bool IsVlanKnown(const CConfStruct& record, const std::string& id) {
@@ -41,17 +39,10 @@ bool IsVlanKnown(const CConfStruct& record, const std::string& id) {
 }
 
 bool MayAddVlan(const InterfaceEdit& trunk, const std::string& id) {
-    if (trunk.entry.interface_class != corvanshell::kTrunkClass) {
-        shell_print_error("interface %s is not of the class trunk", trunk.CName());
-        return false;
-    }
-    if (!HasRoomForAdapter(""))
-        return false;
-    if (IsVlanKnown(trunk.record, id)) {
-        shell_print_error("failed to create interface because VLAN ID %s is in use", id.c_str());
-        return false;
-    }
-    return true;
+    if (trunk.entry.interface_class != corvanshell::kTrunkClass)
+        return Refuse("interface %s is not of the class trunk", trunk.Name());
+    return HasRoomForAdapter("") && (!IsVlanKnown(trunk.record, id) ||
+                                     Refuse("failed to create interface because VLAN ID %s is in use", id));
 }
 
 // /sbin/ip link add link eth1 name eth1.5 type vlan id 5 2>&1
@@ -63,12 +54,9 @@ bool CreateLink(const std::string& parent, const std::string& id) {
     if (status == 0)
         return true;
     if (!output.empty())
-        shell_log_error("%s", output.c_str());
-    if (status == kExists)
-        shell_print_error("VLAN interface %s.%s already exists", parent.c_str(), id.c_str());
-    else
-        shell_print_error("failed to create VLAN interface %s.%s", parent.c_str(), id.c_str());
-    return false;
+        LogError("%s", output);
+    return status == kExists ? Refuse("VLAN interface %s.%s already exists", parent, id)
+                             : Refuse("failed to create VLAN interface %s.%s", parent, id);
 }
 
 InterfaceEntry MakeChild(const InterfaceEdit& trunk, const std::string& id) {
@@ -88,20 +76,15 @@ bool IsChildOfAnother(const InterfaceEdit& trunk, const std::string& child) {
 bool CheckDeletion(const InterfaceEdit& trunk, const std::string& id, const std::string& child) {
     const std::string& parent = trunk.Name();
     if (child.empty() || IsChildOfAnother(trunk, child))
-        return LogDeletion(parent, id, "cannot get vlan interface name.");
+        return RefuseDeletion(parent, id, "cannot get vlan interface name.");
     if (IsL2OverIpSwitchOn(child))
-        return LogDeletion(parent, id, "L2OverIP configured as switch for this interface.");
-    const char* user = nullptr;
-    if (!CheckDhcpServer(child, {}))
-        user = "server";
-    else if (!CheckDhcpRelay(child, {.going_down = true, .address_changes = true}))
-        user = "relay";
-    if (user != nullptr)
-        shell_print_error(
-            "<I_VLAN_DELETE>  Command: inet ifconfig %s vlan delete %s : DHCP %s uses the interface. "
-            "Command ignored",
-            parent.c_str(), id.c_str(), user);
-    return user == nullptr;
+        return RefuseDeletion(parent, id, "L2OverIP configured as switch for this interface.");
+    const char* const user =
+        FindRefusingUser(trunk.record, child, {}, {.going_down = true, .address_changes = true});
+    return user == nullptr ||
+           Refuse("<I_VLAN_DELETE>  Command: inet ifconfig %s vlan delete %s : DHCP %s uses the interface. "
+                  "Command ignored",
+                  parent, id, user);
 }
 
 // One step of a deletion; a failure is in the log.
@@ -110,10 +93,9 @@ bool Run(const InterfaceEdit& trunk, const std::string& id, const std::string& l
     if (status == 0)
         return true;
     const int code = status == -1 ? errno : WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    shell_log_error(
+    return RefuseInLog(
         "<I_VLAN_DELETE> Command: inet ifconfig %s vlan delete %s : cannot execute '%s' Error code %d (%s).",
-        trunk.CName(), id.c_str(), line.c_str(), code, status == -1 ? std::strerror(code) : "exit status");
-    return false;
+        trunk.Name(), id, line, code, status == -1 ? std::strerror(code) : "exit status");
 }
 
 // Whether the system has another VLAN interface of that ID.
@@ -134,31 +116,29 @@ std::string GetVlanInterfaceName(const std::string& parent, const std::string& i
     const std::string line = "test -e /proc/net/vlan/config && grep " + parent +
                              " /proc/net/vlan/config | grep \" " + id + " \" | awk {'print $1'}";
     if (const int status = corvanshell::run(line.c_str(), output); status != 0)
-        shell_log_error("<I_VLAN_GET_NAME> Error get_vlan_interface_name: %s",
-                        output.empty() ? ("exit status " + std::to_string(status)).c_str() : output.c_str());
+        LogError("<I_VLAN_GET_NAME> Error get_vlan_interface_name: %s",
+                 output.empty() ? "exit status " + std::to_string(status) : output);
     std::string name;
     std::istringstream(output) >> name;
     return arguments::IsInterfaceName(name) ? name : "";
 }
 
 bool AddVlan(const std::string& parent, unsigned long number) {
-    shell_log_info("command: inet ifconfig %s VLAN add %lu", parent.c_str(), number);
+    LogInfo("command: inet ifconfig %s VLAN add %lu", parent, number);
     const std::string id = std::to_string(number);
     InterfaceEdit trunk(parent);
     if (!IsNameUsable(parent) || !trunk.Load() || !MayAddVlan(trunk, id) || !CreateLink(parent, id))
         return false;
     const std::string child = GetVlanInterfaceName(parent, id);
-    if (child.empty()) {
-        shell_print_error("VLAN interface name is empty");
-        return false;
-    }
+    if (child.empty())
+        return Refuse("VLAN interface name is empty");
     trunk.record.AddInterface(boost::to_lower_copy(child), MakeChild(trunk, id), true);
     if (!WriteRecord(trunk.record))
         return false;
     const char* const state = trunk.entry.up ? "up" : "down";
     if (shell_spawn("/sbin/ip", "link", "set", child.c_str(), state, nullptr) != 0)
-        shell_print_error("%s: failed to set the VLAN interface state to %s", child.c_str(), state);
-    shell_print_info("New VLAN interface %s was created.", child.c_str());
+        PrintError("%s: failed to set the VLAN interface state to %s", child, state);
+    PrintInfo("New VLAN interface %s was created.", child);
     return true;
 }
 
@@ -168,9 +148,8 @@ bool DeleteVlan(const std::string& parent, const std::string& id) {
         return false;
     if (trunk.entry.interface_class != corvanshell::kTrunkClass) {
         const char* const text = "Interface not class trunk. Command ignored.";
-        LogDeletion(parent, id, text);
-        Print(text);
-        return false;
+        WriteLine(text);
+        return RefuseDeletion(parent, id, text);
     }
     const std::string child = GetVlanInterfaceName(parent, id);
     if (!CheckDeletion(trunk, id, child))
@@ -183,9 +162,9 @@ bool DeleteVlan(const std::string& parent, const std::string& id) {
         trunk.record.RemoveVlanComment(id);
     if (!WriteRecord(trunk.record))
         return false;
-    shell_log_info("<I_VLAN_DELETE> Command: inet ifconfig %s vlan delete %s, vlan interface %s was deleted.",
-                   parent.c_str(), id.c_str(), child.c_str());
-    Print("vlan interface " + child + " was deleted.");
+    LogInfo("<I_VLAN_DELETE> Command: inet ifconfig %s vlan delete %s, vlan interface %s was deleted.",
+            parent, id, child);
+    WriteLine("vlan interface " + child + " was deleted.");
     return true;
 }
 
@@ -197,7 +176,7 @@ bool AddVlanComment(const std::string& id, const std::string& text) {
     record.SetVlanComment(id, text);
     if (!WriteRecord(record))
         return false;
-    shell_log_info("<I_VLAN_COMMENT_ADD> Command: inet vlan %s comment add \"%s\"", id.c_str(), text.c_str());
+    LogInfo("<I_VLAN_COMMENT_ADD> Command: inet vlan %s comment add \"%s\"", id, text);
     return true;
 }
 
@@ -208,7 +187,7 @@ bool DeleteVlanComment(const std::string& id) {
     record.RemoveVlanComment(id);
     if (!WriteRecord(record))
         return false;
-    shell_log_info("<I_VLAN_COMMENT_DELETE> Command: inet vlan %s comment delete", id.c_str());
+    LogInfo("<I_VLAN_COMMENT_DELETE> Command: inet vlan %s comment delete", id);
     return true;
 }
 
