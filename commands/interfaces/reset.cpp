@@ -31,7 +31,7 @@ bool MayResetAll(const CConfStruct& record) {
     }
     const auto relayed = settings::dhcp_relay::ListRelayListenInterfaces();
     return relayed.empty() ||
-           CheckDhcpRelay(record, relayed.front(), {.going_down = true, .address_changes = true}) ||
+           CheckDhcpRelay(relayed.front(), {.going_down = true, .address_changes = true}) ||
            Refuse("Failed to reset the interfaces, one or more interfaces are used for DHCP relay. Command "
                   "ignored");
 }

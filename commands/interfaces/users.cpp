@@ -16,7 +16,7 @@ bool CheckDhcpServer(const CConfStruct& record, const std::string& name, const C
         record, name, change.going_down, change.new_class, change.network.address, change.network.netmask);
 }
 
-bool CheckDhcpRelay(const CConfStruct& /*record*/, const std::string& name, const Change& change) {
+bool CheckDhcpRelay(const std::string& name, const Change& change) {
     return settings::dhcp_relay::CheckRelayInterfaceChange(name, change.going_down, change.address_changes,
                                                            change.new_class);
 }
@@ -25,7 +25,7 @@ const char* FindRefusingUser(const CConfStruct& record, const std::string& name,
                              const Change& for_relay) {
     if (!CheckDhcpServer(record, name, for_server))
         return "server";
-    return CheckDhcpRelay(record, name, for_relay) ? nullptr : "relay";
+    return CheckDhcpRelay(name, for_relay) ? nullptr : "relay";
 }
 
 const char* FindRefusingUser(const CConfStruct& record, const std::string& name, const Change& change) {

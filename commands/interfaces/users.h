@@ -22,8 +22,7 @@ struct Change {
 // reason is told.
 [[nodiscard]] bool CheckDhcpServer(const corvanshell::CConfStruct& record, const std::string& name,
                                    const Change& change);
-[[nodiscard]] bool CheckDhcpRelay(const corvanshell::CConfStruct& record, const std::string& name,
-                                  const Change& change);
+[[nodiscard]] bool CheckDhcpRelay(const std::string& name, const Change& change);
 
 // Both, the server first. Who refuses the change, "server" or "relay"; null when nobody does.
 [[nodiscard]] const char* FindRefusingUser(const corvanshell::CConfStruct& record, const std::string& name,
