@@ -1,7 +1,5 @@
 #include "units/snmp/agent_settings.h"
 
-#include "platform/console.h"
-
 #include <cerrno>
 #include <cstdint>
 #include <netinet/in.h>
@@ -38,7 +36,7 @@ bool PutSetting(const Setting& setting, const std::string& value) {
 }
 
 bool TellAlready(const char* what, const std::string& value) {
-    shell_print_info("%s is already %s", what, ToUpper(value).c_str());
+    PrintInfo("%s is already %s", what, ToUpper(value));
     return false;
 }
 
@@ -70,17 +68,14 @@ bool CanBind(std::uint16_t port) {
 
 bool CheckNewPort(const File& file, unsigned long port, const std::string& protocol) {
     if (std::to_string(port) == GetSetting(file, kPort) && protocol == GetSetting(file, kProtocol)) {
-        shell_print_info("SNMP is already set to use %s port %lu", ToUpper(protocol).c_str(), port);
+        PrintInfo("SNMP is already set to use %s port %lu", ToUpper(protocol), port);
         return false;
     }
-    if (port == 0 || port > UINT16_MAX) {
-        shell_print_error("%lu is not a port number", port);
-        return false;
-    }
+    if (port == 0 || port > UINT16_MAX)
+        return Refuse("%lu is not a port number", port);
     if (CanBind(static_cast<std::uint16_t>(port)))
         return true;
-    shell_print_info("%s port %lu is already in use. Please choose another port", ToUpper(protocol).c_str(),
-                     port);
+    PrintInfo("%s port %lu is already in use. Please choose another port", ToUpper(protocol), port);
     return false;
 }
 

@@ -2,11 +2,10 @@
 
 #include "front/probes/cluster.h"
 #include "platform/ini.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 #include "units/snmp/cluster_settings.h"
 #include "units/snmp/engine_state.h"
-#include "units/snmp/settings_access.h"
 
 #include <algorithm>
 #include <arpa/inet.h>
@@ -28,7 +27,7 @@ std::string ReadFailoverKey(const char* key) {
     try {
         return Ini(path_list::failover_settings).Get("sendconfig", key);
     } catch (const std::exception& failure) {
-        shell_log_error("Failed to parse %s, %s", path_list::failover_settings.c_str(), failure.what());
+        LogError("Failed to parse %s, %s", path_list::failover_settings, failure.what());
         return "";
     }
 }
@@ -42,8 +41,7 @@ std::string AskInterface(const std::string& device, unsigned long question) {
     if (descriptor >= 0)
         close(descriptor);
     if (!answered) {
-        shell_log_error("SNMP: %s: failed to get the interface's address: %s", device.c_str(),
-                        std::strerror(error));
+        LogError("SNMP: %s: failed to get the interface's address: %s", device, std::strerror(error));
         return "";
     }
     sockaddr_in address{};
@@ -62,12 +60,12 @@ struct Addresses {
 };
 
 bool AddContexts(const Addresses& addresses) {
-    shell_log_info("Generate context and communities for cluster monitoring");
+    LogInfo("Generate context and communities for cluster monitoring");
     // Compared as texts, so that "9" stands behind "10". Kept: the other node compares so, too.
     const bool local_is_second = LastPiece(addresses.active) <= LastPiece(addresses.local);
-    return AddClusterNode({addresses.local, local_is_second ? "Node2" : "Node1", ""}) &&
-           AddClusterNode({addresses.active, local_is_second ? "Node1" : "Node2", ""}) &&
-           SetSystemCommunity(GenerateRandomString(kSystemCommunityLength));
+    bool done = AddClusterNode({addresses.local, local_is_second ? "Node2" : "Node1", ""});
+    done = AddClusterNode({addresses.active, local_is_second ? "Node1" : "Node2", ""}) && done;
+    return SetSystemCommunity(GenerateRandomString(kSystemCommunityLength)) && done;
 }
 
 bool AreFirstNodes(const std::vector<ClusterNode>& nodes, const Addresses& addresses) {
@@ -79,19 +77,21 @@ bool AreFirstNodes(const std::vector<ClusterNode>& nodes, const Addresses& addre
     return is_node(addresses.local) && is_node(addresses.active);
 }
 
-// On the active node the first two nodes are this one and the one at the active address.
-bool CheckContexts() {
+// On the active node the first two nodes are this one and the one at the active address. Each step is done
+// whatever became of the one before. Whether there was anything to do.
+bool RenewContexts(const std::vector<ClusterNode>& nodes) {
     const Addresses addresses;
     // An interface that is down for a moment must not cost the communities that the administrator has set.
     if (addresses.active.empty() || addresses.local.empty())
-        return Fail(
+        return Refuse(
             "SNMP: the addresses of the cluster are unknown, its monitoring contexts stay as they are");
-    const std::vector<ClusterNode> nodes = ReadClusterSettings().nodes;
     if (AreFirstNodes(nodes, addresses))
-        return true;
-    if (!nodes.empty() && !EraseClusterNodes())
         return false;
-    return SetClusterV2Mode("off") && AddContexts(addresses);
+    if (!nodes.empty())
+        (void)EraseClusterNodes();
+    (void)SetClusterV2Mode("off");
+    (void)AddContexts(addresses);
+    return true;
 }
 
 } // namespace
@@ -116,9 +116,15 @@ bool GenerateClusterContexts() {
     return AddContexts(Addresses());
 }
 
-bool SettleClusterContexts() {
-    const bool checked = !IsClusterActive() || CheckContexts();
-    return (GetClusterMode() == 1 || EraseClusterNodes()) && checked;
+bool SettleClusterContexts(const settings::File& file) {
+    const std::vector<ClusterNode> nodes = ReadClusterSettings(file).nodes;
+    const bool active = IsClusterActive();
+    if (GetClusterMode() == 1)
+        return active && RenewContexts(nodes);
+    // A state that is left of an earlier cluster makes no contexts, only to have them erased.
+    if (!nodes.empty())
+        (void)EraseClusterNodes(); // reported
+    return !nodes.empty();
 }
 
 } // namespace snmp

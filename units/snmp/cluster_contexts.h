@@ -1,7 +1,8 @@
 #pragma once
 
+#include "settings/file.h"
+
 #include <string>
-#include <vector>
 
 // The monitoring contexts: each node of a cluster has one, under which the active node is asked for it.
 
@@ -19,8 +20,9 @@ std::string GetInterfaceNetmask(const std::string& device);
 // Gives the two nodes their contexts and the cluster a new system community, in the settings file.
 [[nodiscard]] bool GenerateClusterContexts();
 
-// Brings the contexts in the settings file in line with this node: the active one makes or renews them, and
-// outside cluster mode they are erased.
-[[nodiscard]] bool SettleClusterContexts();
+// Brings the contexts in the settings file, which is loaded, in line with this node: the active one makes or
+// renews them, and outside cluster mode they are erased. What fails is reported. Whether the file on disk may
+// have changed.
+[[nodiscard]] bool SettleClusterContexts(const settings::File& file);
 
 } // namespace snmp

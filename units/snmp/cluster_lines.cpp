@@ -1,5 +1,6 @@
 #include "units/snmp/cluster_lines.h"
 
+#include "platform/messages.h"
 #include "units/snmp/agent_settings.h"
 #include "units/snmp/cluster_contexts.h"
 #include "units/snmp/cluster_settings.h"
@@ -34,11 +35,13 @@ std::string FindClusterNetwork() {
     return std::string(inet_ntoa(address)) + "/" + std::to_string(std::popcount(netmask.s_addr));
 }
 
-// Without a network the community would be open to everybody.
+// Without a network the community would be open to everybody, and the other lines do without it.
 bool WriteSystemCommunity(const ClusterSettings& cluster, std::FILE* out) {
     const std::string network = FindClusterNetwork();
-    if (network.empty())
-        return Fail("SNMP: cluster monitoring: the network between the nodes is unknown");
+    if (network.empty()) {
+        PrintError("SNMP: cluster monitoring: the network between the nodes is unknown");
+        return true;
+    }
     return WriteLine(out, kSubject, {"rocommunity ", Word(cluster.system_community), " ", Word(network)});
 }
 

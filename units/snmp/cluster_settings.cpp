@@ -16,9 +16,8 @@ bool SetNodeAttr(const std::string& address, const char* attribute, const std::s
     return Edit(kCommonUnit, [&](File& file) {
         Node node;
         if (settings::IsLiteral(address))
-            node = file.SelectFirst("/unit/agent/cluster/node[@address = '%s']", address.c_str());
-        return node.SetAttr(attribute, "%s", value.c_str()) ||
-               Fail(std::string("Failed to set ") + attribute + " for node " + address);
+            node = file.SelectFirst("/unit/agent/cluster/node[@address = '%s']", address);
+        return node.SetAttr(attribute, value) || Refuse("Failed to set %s for node %s", attribute, address);
     });
 }
 
@@ -49,8 +48,7 @@ bool SetClusterNodeCommunity(const std::string& address, const std::string& comm
 
 bool SetClusterV2Mode(const std::string& value) {
     return Edit(kCommonUnit, [&](File& file) {
-        return file.SelectFirst("%s", kCluster).SetAttr("v2_mode", "%s", value.c_str()) ||
-               Fail("Failed to set mode");
+        return file.SelectFirst("%s", kCluster).SetAttr("v2_mode", value) || Refuse("Failed to set mode");
     });
 }
 
@@ -62,10 +60,10 @@ bool AddClusterNode(const ClusterNode& node) {
     return Edit(kCommonUnit, [&](File& file) {
         return file.SelectFirst("%s", kCluster)
                    .AddChild("node")
-                   .NewAttr("address", "%s", node.address.c_str())
-                   .NewAttr("context", "%s", node.context.c_str())
-                   .NewAttr("community", "%s", node.community.c_str()) ||
-               Fail("Failed to add node " + node.address);
+                   .NewAttr("address", node.address)
+                   .NewAttr("context", node.context)
+                   .NewAttr("community", node.community) ||
+               Refuse("Failed to add node %s", node.address);
     });
 }
 
@@ -78,7 +76,7 @@ bool EraseClusterNodes() {
         if (!node)
             return true;
         if (!node.Remove())
-            return Fail("Failed to erase cluster contexts and communities");
+            return Refuse("Failed to erase cluster contexts and communities");
     }
     return SaveSettings(file);
 }

@@ -9,9 +9,8 @@ using settings::File;
 using settings::Node;
 
 Node FindCommunity(const File& file, const std::string& name) {
-    return settings::IsLiteral(name)
-               ? file.SelectFirst("/unit/agent/access/community[@name = '%s']", name.c_str())
-               : Node();
+    return settings::IsLiteral(name) ? file.SelectFirst("/unit/agent/access/community[@name = '%s']", name)
+                                     : Node();
 }
 
 } // namespace
@@ -26,10 +25,8 @@ std::vector<std::string> ListCommunities(const File& file) {
 
 bool AddCommunity(const std::string& name) {
     return Edit(kCommonUnit, [&](File& file) {
-        return file.SelectFirst("/unit/agent/access")
-                   .AddChild("community")
-                   .NewAttr("name", "%s", name.c_str()) ||
-               Fail("Failed to add community");
+        return file.SelectFirst("/unit/agent/access").AddChild("community").NewAttr("name", name) ||
+               Refuse("Failed to add community");
     });
 }
 
@@ -37,8 +34,8 @@ bool RenameCommunity(const std::string& old_name, const std::string& new_name) {
     return Edit(kCommonUnit, [&](File& file) {
         Node community = FindCommunity(file, old_name);
         if (!community)
-            return Fail("No such name found");
-        return community.SetAttr("name", "%s", new_name.c_str()) || Fail("Failed to change community name");
+            return Refuse("No such name found");
+        return community.SetAttr("name", new_name) || Refuse("Failed to change community name");
     });
 }
 
@@ -46,8 +43,8 @@ bool DeleteCommunity(const std::string& name) {
     return Edit(kCommonUnit, [&](File& file) {
         Node community = FindCommunity(file, name);
         if (!community)
-            return Fail("Failed to find " + name + " community");
-        return community.Remove() || Fail("Failed to erase");
+            return Refuse("Failed to find %s community", name);
+        return community.Remove() || Refuse("Failed to erase");
     });
 }
 

@@ -1,11 +1,10 @@
 #include "units/snmp/conversion.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "units/snmp/agent_settings.h"
 
 #include <cerrno>
 #include <cstring>
-#include <libintl.h>
 #include <unistd.h>
 
 namespace snmp {
@@ -14,6 +13,7 @@ namespace {
 using settings::File;
 using settings::Node;
 
+constexpr const char* kOldUnit = "vpn-snmpd";
 constexpr const char* kDefaultProtocol = "udp";
 constexpr const char* kDefaultPort = "161";
 constexpr const char* kDefaultTrapPort = "162";
@@ -35,7 +35,7 @@ Port ParsePort(const std::string& text) {
 }
 
 bool Put(File& file, const char* xpath, const char* attribute, const std::string& value) {
-    return static_cast<bool>(file.SelectFirst("%s", xpath).SetAttr(attribute, "%s", value.c_str()));
+    return static_cast<bool>(file.SelectFirst("%s", xpath).SetAttr(attribute, value));
 }
 
 bool ConvertLogLevel(const File& old, File& file) {
@@ -46,14 +46,14 @@ bool ConvertLogLevel(const File& old, File& file) {
 bool ConvertPort(const File& old, File& file) {
     const Port port = ParsePort(old.GetText("/snmp/agent/port"));
     Node node = file.SelectFirst("/unit/agent/port");
-    return node.SetText("%s", port.number.c_str()) && node.SetAttr("protocol", "%s", port.protocol.c_str());
+    return node.SetText(port.number) && node.SetAttr("protocol", port.protocol);
 }
 
 bool ConvertCommunity(const File& old, File& file) {
     const std::string name = old.SelectFirst("/snmp/agent/access/rocommunity").GetAttr("name");
     return file.Select("/unit/agent/access/community").RemoveAll() &&
            (name.empty() ||
-            file.SelectFirst("/unit/agent/access").AddChild("community").NewAttr("name", "%s", name.c_str()));
+            file.SelectFirst("/unit/agent/access").AddChild("community").NewAttr("name", name));
 }
 
 bool SetModes(const File& /*old*/, File& file) {
@@ -69,8 +69,8 @@ bool ConvertTrapsink(const File& old, File& file) {
         return true;
     return file.SelectFirst("/unit/agent")
                .AddChild("trapsink")
-               .NewAttr("destination", "%s", destination.c_str())
-               .NewAttr("community", "%s", community.c_str())
+               .NewAttr("destination", destination)
+               .NewAttr("community", community)
                .NewAttr("type", "trap2sink")
                .NewAttr("port", "%s", kDefaultTrapPort)
                .NewAttr("prot", "%s", kDefaultProtocol) &&
@@ -79,31 +79,32 @@ bool ConvertTrapsink(const File& old, File& file) {
 
 struct StepRow {
     bool (*run)(const File& old, File& file);
-    const char* failure;
+    Format<> failure;
 };
 
 constexpr StepRow kSteps[] = {
-    {ConvertLogLevel, "SNMP: failed to set log level"},  {ConvertPort, "SNMP: failed to set agent port"},
-    {ConvertCommunity, "SNMP: failed to add community"}, {SetModes, "SNMP: failed to set v2 mode"},
-    {ConvertTrapsink, "SNMP: failed to add trap"},
+    {ConvertLogLevel, Tr("SNMP: failed to set log level")},
+    {ConvertPort, Tr("SNMP: failed to set agent port")},
+    {ConvertCommunity, Tr("SNMP: failed to add community")},
+    {SetModes, Tr("SNMP: failed to set v2 mode")},
+    {ConvertTrapsink, Tr("SNMP: failed to add trap")},
 };
 
 } // namespace
 
 bool ConvertDaemonSettings(const std::string& path) {
     // An unreadable settings file counts as an empty one, and a mistyped path would empty the new settings.
-    if (access(path.c_str(), R_OK) != 0) {
-        shell_print_error(gettext("SNMP: %s: failed to read settings: %s"), path.c_str(),
-                          std::strerror(errno));
-        return false;
-    }
-    File old("vpn-snmpd", path.c_str());
+    const std::string place = path.empty() ? settings::GetFilePath(kOldUnit) : path;
+    if (access(place.c_str(), R_OK) != 0)
+        return Refuse(Tr("SNMP: %s: failed to read settings: %s"), place, std::strerror(errno));
+    File old(kOldUnit, path.c_str());
+    old.KeepPrivate();
     SettingsFile file(kCommonUnit);
     if (!old.Load() || !file.Load())
         return false;
     for (const StepRow& step : kSteps) {
         if (!step.run(old, file))
-            return Fail(gettext(step.failure));
+            return Refuse(step.failure);
     }
     return file.Save();
 }

@@ -1,6 +1,6 @@
 #include "units/snmp/daemon_lines.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "units/snmp/unit.h"
 
 #include <algorithm>
@@ -14,8 +14,8 @@
 namespace snmp {
 namespace {
 
-void ReportFailure(const char* path) {
-    shell_print_error("%s: failed to apply %s configuration: %s", path, kSnmpAgentUnit, std::strerror(errno));
+bool RefuseFile(const char* path) {
+    return Refuse("%s: failed to apply %s configuration: %s", path, kSnmpAgentUnit, std::strerror(errno));
 }
 
 std::FILE* OpenPrivate(const char* path) {
@@ -41,16 +41,13 @@ bool HoldsAnyOf(std::string_view text, const char* letters) {
 Stream OpenDaemonFile(const char* path, bool is_private) {
     Stream stream(is_private ? OpenPrivate(path) : std::fopen(path, "we"));
     if (stream == nullptr)
-        ReportFailure(path);
+        (void)RefuseFile(path);
     return stream;
 }
 
 bool CloseDaemonFile(Stream stream, const char* path) {
     const bool written = std::ferror(stream.get()) == 0;
-    if (std::fclose(stream.release()) == 0 && written)
-        return true;
-    ReportFailure(path);
-    return false;
+    return (std::fclose(stream.release()) == 0 && written) || RefuseFile(path);
 }
 
 bool Piece::IsFit() const {
@@ -85,12 +82,10 @@ bool WriteLine(std::FILE* out, const std::string& subject, const std::vector<Pie
         gap = piece.place_ == Piece::Place::kWord && piece.text_.empty() && line.ends_with(' ');
         line += piece.place_ == Piece::Place::kQuoted ? '"' + piece.text_ + '"' : piece.text_;
     }
-    if (!fit) {
-        shell_print_error("SNMP: %s: the \"%s\" line is left out: a value is empty or holds a character that "
-                          "cannot stand there",
-                          subject.c_str(), pieces.front().text_.substr(0, line.find(' ')).c_str());
-        return false;
-    }
+    if (!fit)
+        return Refuse("SNMP: %s: the \"%s\" line is left out: a value is empty or holds a character that "
+                      "cannot stand there",
+                      subject, pieces.front().text_.substr(0, line.find(' ')));
     std::fprintf(out, "%s\n", line.c_str()); // a failure is found at the file's end
     return true;
 }

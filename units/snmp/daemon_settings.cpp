@@ -2,8 +2,7 @@
 
 #include "front/probes/cluster.h"
 #include "front/probes/system.h"
-#include "platform/console.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "units/snmp/agent_settings.h"
 #include "units/snmp/cluster_contexts.h"
 #include "units/snmp/cluster_lines.h"
@@ -55,7 +54,7 @@ std::string ReadVersion() {
     std::ifstream file(kVersionFile);
     std::string version;
     if (!file)
-        shell_print_error("Failed to open %s", kVersionFile);
+        PrintError("Failed to open %s", kVersionFile);
     file >> version;
     return version;
 }
@@ -82,16 +81,19 @@ void WriteEnvironment(const File& file) {
 bool WriteIdentity(const File& file, std::FILE* out) {
     if (const std::string seed = ObtainEngineSeed(); !seed.empty())
         std::fprintf(out, "engineID %s\n", seed.c_str());
-    bool done =
+    SettingsFile unique(kUniqueUnit);
+    bool done = LoadSettings(unique); // unread, the daemon does without its name and its place
+    done =
         WriteLine(out, "agent port",
-                  {"agentAddress ", Word(GetSetting(file, kProtocol)), ":", Word(GetSetting(file, kPort))});
+                  {"agentAddress ", Word(GetSetting(file, kProtocol)), ":", Word(GetSetting(file, kPort))}) &&
+        done;
     const struct {
         const char* subject;
         const char* directive;
         std::string value;
-    } rows[] = {{"system name", "sysName ", GetSysName()},
+    } rows[] = {{"system name", "sysName ", GetSetting(unique, kSysName)},
                 {"system contact", "sysContact ", GetSetting(file, kSysContact)},
-                {"system location", "sysLocation ", GetSysLocation()}};
+                {"system location", "sysLocation ", GetSetting(unique, kSysLocation)}};
     for (const auto& row : rows) {
         if (!row.value.empty())
             done = WriteLine(out, row.subject, {row.directive, RestOfLine(row.value)}) && done;
@@ -110,7 +112,7 @@ bool WriteCommunities(const File& file, std::FILE* out) {
 bool WriteTrapsink(const Trapsink& sink, std::FILE* out) {
     const std::string subject = "trap receiver " + sink.destination;
     if (!IsTrapsinkType(sink.type))
-        return Fail("SNMP: " + subject + ": unknown type");
+        return Refuse("SNMP: %s: unknown type", subject);
     return WriteLine(out, subject,
                      {sink.type.c_str(), " ", Word(sink.prot), ":", Word(sink.destination), ":",
                       Word(sink.port), " ", Word(sink.community)});
@@ -150,11 +152,10 @@ bool WriteDaemonFiles() {
     Stream out = OpenDaemonFile(kMainFile, true);
     if (out == nullptr)
         return false;
-    shell_log_info("New SNMP configuration will be applied");
+    LogInfo("New SNMP configuration will be applied");
     WriteHead(out.get());
-    bool done = SettleClusterContexts();
-    // The contexts may have changed on disk.
-    done = LoadSettings(file) && WriteAgent(file, out.get()) && done;
+    const bool read = !SettleClusterContexts(file) || LoadSettings(file);
+    const bool done = read && WriteAgent(file, out.get());
     return CloseDaemonFile(std::move(out), kMainFile) && done;
 }
 

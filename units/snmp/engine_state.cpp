@@ -1,7 +1,6 @@
 #include "units/snmp/engine_state.h"
 
-#include "platform/console.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 
 #include <filesystem>
 #include <fstream>
@@ -44,31 +43,26 @@ std::string GenerateRandomString(std::size_t length) {
     for (std::size_t i = letters.size() - 1; i > 0; --i)
         std::swap(letters[i], letters[std::uniform_int_distribution<std::size_t>(0, i)(generator)]);
     if (length > letters.size())
-        shell_log_info("Length of generated random string is less than requested");
+        LogInfo("Length of generated random string is less than requested");
     return letters.substr(0, length);
 }
 
 bool WriteEngineSeed(const std::string& seed) {
     std::error_code error;
     fs::create_directories(kSeedDirectory, error);
-    if (error) {
-        shell_log_error("Failed to create directories of the %s path with error: %s", kSeedDirectory,
-                        error.message().c_str());
-        return false;
-    }
+    if (error)
+        return RefuseInLog("Failed to create directories of the %s path with error: %s", kSeedDirectory,
+                           error.message());
     std::ofstream file(kEngineSeedFile, std::ios::trunc);
-    if (!file) {
-        shell_print_error("Failed to open seed_file %s", kEngineSeedFile);
-        return false;
-    }
+    if (!file)
+        return Refuse("Failed to open seed_file %s", kEngineSeedFile);
     file << seed;
     file.close();
     if (file)
         return true;
     // A seed that is cut short must not become the engine's identity.
-    shell_print_error("Failed to write seed_file %s", kEngineSeedFile);
     fs::remove(kEngineSeedFile, error);
-    return false;
+    return Refuse("Failed to write seed_file %s", kEngineSeedFile);
 }
 
 bool CreateEngineSeed() {
@@ -81,16 +75,16 @@ std::string ObtainEngineSeed() {
     std::ifstream file(kEngineSeedFile);
     std::string seed;
     if (!file)
-        shell_print_error("Failed to open %s", kEngineSeedFile);
+        PrintError("Failed to open %s", kEngineSeedFile);
     else if (!(file >> seed))
-        shell_print_error("%s holds no engine seed", kEngineSeedFile);
+        PrintError("%s holds no engine seed", kEngineSeedFile);
     return seed;
 }
 
 std::map<std::string, std::string> ReadPersistentEngineState() {
     std::ifstream file(kPersistentFile);
     if (!file) {
-        shell_print_error("Failed to open %s", kPersistentFile);
+        PrintError("Failed to open %s", kPersistentFile);
         return {};
     }
     std::map<std::string, std::string> state;

@@ -1,7 +1,5 @@
 #include "units/snmp/settings_access.h"
 
-#include "platform/console.h"
-
 #include <algorithm>
 
 namespace snmp {
@@ -10,35 +8,28 @@ using settings::File;
 using settings::Node;
 using settings::NodeSet;
 
-bool Fail(const std::string& message) {
-    shell_print_error("%s", message.c_str());
-    return false;
-}
-
 bool LoadSettings(File& file) {
-    return file.Load() || Fail("Couldn't parse XML config file");
+    return file.Load() || Refuse("Couldn't parse XML config file");
 }
 
 bool SaveSettings(File& file) {
-    return file.Save() || Fail("Failed to write to config file");
+    return file.Save() || Refuse("Failed to write to config file");
 }
 
 std::string GetAttr(const std::string& xpath, const std::string& attribute, const std::string& unit) {
-    return Read(unit.c_str(), [&](const File& file) {
-        return file.SelectFirst("%s", xpath.c_str()).GetAttr(attribute.c_str());
-    });
+    return Read(unit.c_str(),
+                [&](const File& file) { return file.SelectFirst("%s", xpath).GetAttr(attribute.c_str()); });
 }
 
 bool SetText(File& file, const std::string& xpath, const std::string& value) {
-    return file.SelectFirst("%s", xpath.c_str()).SetText("%s", value.c_str()) ||
-           Fail("Failed to edit " + xpath);
+    return file.SelectFirst("%s", xpath).SetText(value) || Refuse("Failed to edit %s", xpath);
 }
 
 bool SetAttr(File& file, const std::string& xpath, const std::string& attribute, const std::string& value) {
-    Node node = file.SelectFirst("%s", xpath.c_str());
+    Node node = file.SelectFirst("%s", xpath);
     if (!node)
-        return Fail("Couldn't find " + xpath + " path");
-    return node.SetAttr(attribute.c_str(), "%s", value.c_str()) || Fail("Failed to set " + attribute);
+        return Refuse("Couldn't find %s path", xpath);
+    return node.SetAttr(attribute.c_str(), value) || Refuse("Failed to set %s", attribute);
 }
 
 bool SetText(const std::string& xpath, const std::string& value, const std::string& unit) {

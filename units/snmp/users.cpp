@@ -1,6 +1,5 @@
 #include "units/snmp/users.h"
 
-#include "platform/console.h"
 #include "units/snmp/settings_access.h"
 
 #include <algorithm>
@@ -14,17 +13,18 @@ using settings::Node;
 using settings::NodeSet;
 
 Node FindUser(const File& file, const std::string& name) {
-    return IsLiteral(name) ? file.SelectFirst("/unit/agent/user[@name = '%s']", name.c_str()) : Node();
+    return IsLiteral(name) ? file.SelectFirst("/unit/agent/user[@name = '%s']", name) : Node();
 }
 
 std::string GetUserAttr(const std::string& name, const char* attribute) {
     return Read(kCommonUnit, [&](const File& file) { return FindUser(file, name).GetAttr(attribute); });
 }
 
+// `failure` is what is said when there is no such user.
 bool SetUserAttr(const std::string& name, const char* attribute, const std::string& value,
                  const std::string& failure) {
     return Edit(kCommonUnit, [&](File& file) {
-        return FindUser(file, name).SetAttr(attribute, "%s", value.c_str()) || Fail(failure);
+        return FindUser(file, name).SetAttr(attribute, value) || Refuse("%s", failure);
     });
 }
 
@@ -55,8 +55,8 @@ bool CheckNewTrapsess(Node user, const std::string& name, const Trapsess& wanted
                    one.prot == wanted.prot;
         }))
         return true;
-    shell_print_info("%s -> %s:%lu %s for user %s already exists", wanted.type == "trap" ? "Trap" : "Inform",
-                     wanted.destination.c_str(), port, ToUpper(wanted.prot).c_str(), name.c_str());
+    PrintInfo("%s -> %s:%lu %s for user %s already exists", wanted.type == "trap" ? "Trap" : "Inform",
+              wanted.destination, port, ToUpper(wanted.prot), name);
     return false;
 }
 
@@ -65,8 +65,7 @@ Node FindTrapsess(const File& file, const std::string& name, const Trapsess& tra
         return {};
     return file.SelectFirst("/unit/agent/user[@name = '%s']/trapsess[@destination = '%s' and @port = '%s' "
                             "and @prot = '%s' and @type = '%s']",
-                            name.c_str(), trapsess.destination.c_str(), trapsess.port.c_str(),
-                            trapsess.prot.c_str(), trapsess.type.c_str());
+                            name, trapsess.destination, trapsess.port, trapsess.prot, trapsess.type);
 }
 
 } // namespace
@@ -100,12 +99,12 @@ bool AddUser(const std::string& name, const std::string& pass, const std::string
     return Edit(kCommonUnit, [&](File& file) {
         return file.SelectFirst("/unit/agent")
                    .AddChild("user")
-                   .NewAttr("name", "%s", name.c_str())
-                   .NewAttr("pass", "%s", pass.c_str())
+                   .NewAttr("name", name)
+                   .NewAttr("pass", pass)
                    .NewAttr("read", "on")
-                   .NewAttr("auth_type", "%s", auth_type.c_str())
+                   .NewAttr("auth_type", auth_type)
                    .NewAttr("encryption", "off") ||
-               Fail("Failed to add user " + name);
+               Refuse("Failed to add user %s", name);
     });
 }
 
@@ -142,18 +141,17 @@ bool SetUserEncryption(const std::string& name, const std::string& value) {
     return Edit(kCommonUnit, [&](File& file) {
         Node user = FindUser(file, name);
         if (value == "off" && user.GetAttr("encryption") == "off") {
-            shell_print_info("Privacy key for user %s is already OFF", name.c_str());
+            PrintInfo("Privacy key for user %s is already OFF", name);
             return false;
         }
-        return user.SetAttr("encryption", "%s", value.c_str()) ||
-               Fail("Failed to set encryption for user " + name);
+        return user.SetAttr("encryption", value) || Refuse("Failed to set encryption for user %s", name);
     });
 }
 
 bool SetUserRead(const std::string& name, const std::string& value) {
     return Edit(kCommonUnit, [&](File& file) {
         Node user = FindUser(file, name);
-        return !user || user.SetAttr("read", "%s", value.c_str());
+        return !user || user.SetAttr("read", value);
     });
 }
 
@@ -179,11 +177,11 @@ bool AddUserTrapsess(const std::string& name, const std::string& destination, co
         if (!CheckNewTrapsess(user, name, {destination, std::to_string(port), prot, type}, port))
             return false;
         return user.AddChild("trapsess")
-                   .NewAttr("destination", "%s", destination.c_str())
+                   .NewAttr("destination", destination)
                    .NewAttr("port", "%lu", port)
-                   .NewAttr("prot", "%s", prot.c_str())
-                   .NewAttr("type", "%s", type.c_str()) ||
-               Fail("Failed to add trapsess with destination " + destination + " for user " + name);
+                   .NewAttr("prot", prot)
+                   .NewAttr("type", type) ||
+               Refuse("Failed to add trapsess with destination %s for user %s", destination, name);
     });
 }
 
@@ -191,11 +189,11 @@ bool DeleteUserTrapsess(const std::string& name, const Trapsess& trapsess) {
     return Edit(kCommonUnit, [&](File& file) {
         Node node = FindTrapsess(file, name, trapsess);
         if (!node) {
-            shell_print_info("No such trapsess found");
+            PrintInfo("No such trapsess found");
             return false;
         }
-        return node.Remove() || Fail("Failed to delete trapsess with destination " + trapsess.destination +
-                                     " for user " + name);
+        return node.Remove() || Refuse("Failed to delete trapsess with destination %s for user %s",
+                                       trapsess.destination, name);
     });
 }
 

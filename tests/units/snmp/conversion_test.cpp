@@ -1,4 +1,5 @@
 #include "tests/units/snmp/snmp_fixture.h"
+#include "units/snmp/agent_settings.h"
 
 namespace snmp {
 namespace {
@@ -33,6 +34,7 @@ TEST_F(SnmpTest, ConversionTakesOver) {
     } cases[] = {
         {"<port>tcp:1161</port>", WithPort("tcp", "1161")},
         {"<port>tcp:abc</port>", WithPort("tcp", "161")},
+        {"<port>tcp:1:2</port>", WithPort("tcp", "161")},
         {"<port>161</port>", WithPort("udp", "")},
         {"<port>sctp:7</port><log level='debug'/>", Replaced(WithPort("udp", "7"), "\"info", "\"debug")},
         {"<access><rocommunity name='a'/><rocommunity name='b'/></access>",
@@ -54,6 +56,9 @@ TEST_F(SnmpTest, ConversionTakesOver) {
         EXPECT_EQ(ReadFile(kCommon), row.expected);
         EXPECT_EQ(support::ModeOf(kCommon), 0600U);
     }
+    WriteFile("/mnt/main/etc/settings/vpn-snmpd.xml", Old("<port>tcp:1161</port>"));
+    Expect([] { return ApplyUnitUri("corvansnmp_agent?convert-daemon-settings"); }, true, {});
+    EXPECT_EQ(GetPort(), "1161");
     EXPECT_EQ(TakeLog()[0], (LogLine{6, "SNMP: query: convert-daemon-settings"}));
 }
 

@@ -23,9 +23,10 @@ TEST_F(SnmpTest, FilesOfASingleAppliance) {
               "SNMPDOPTS='-LS6d -Lf /dev/null -I -smux,mteTrigger,mteTriggerConf -p /run/snmpd.pid'\n");
     for (const char* path : {kMain, kPersistent, kCommon})
         EXPECT_EQ(support::ModeOf(path), 0600U) << path;
-    EXPECT_THAT(TakeLog(), ElementsAre(LogLine{6, "New SNMP configuration will be applied"}, kNoCluster,
-                                       LogLine{6, "createUser amy SHA AES"}, LogLine{6, "createUser bob MD5"},
-                                       LogLine{6, "createUser zoe SHA AES"}));
+    EXPECT_THAT(TakeLog(),
+                ElementsAre(LogLine{6, "New SNMP configuration will be applied"}, kNoCluster,
+                            LogLine{6, "createUser amy SHA AES"}, LogLine{6, "createUser bob MD5"},
+                            LogLine{6, "createUser ned MD5"}, LogLine{6, "createUser zoe SHA AES"}));
     EXPECT_TRUE(ReadClusterSettings().nodes.empty());
 
     // What stands beside the settings may be missing, and with SNMPv3 off its state is left alone.
@@ -43,7 +44,8 @@ TEST_F(SnmpTest, FilesOfASingleAppliance) {
 }
 
 TEST_F(SnmpTest, UnknownLogLevelIsOff) {
-    for (const auto& [word, option] : {std::pair{"critical", "'-LS2d "}, {"loud", "'-LS0d "}}) {
+    for (const auto& [word, option] :
+         {std::pair{"critical", "'-LS2d "}, {"error", "'-LS3d "}, {"loud", "'-LS0d "}}) {
         WriteFile(kCommon, Replaced(Settings(), "level=\"info", std::string("level=\"") + word));
         Generate();
         EXPECT_THAT(ReadFile(kEnvironment), HasSubstr(option));
@@ -91,7 +93,7 @@ TEST_F(SnmpTest, UnfitValuesLeaveTheirLineOut) {
     EXPECT_EQ(ReadFile(kMain), Without(main_text, "trap2sink"));
 }
 
-TEST_F(SnmpTest, UnwritableFilesFail) {
+TEST_F(SnmpTest, UnreadableAndUnwritableFiles) {
     const auto failure = [](const char* path, const char* reason) {
         return Output{"", std::string(path) + ": failed to apply corvansnmp_agent configuration: " + reason +
                               "\n"};
@@ -99,6 +101,11 @@ TEST_F(SnmpTest, UnwritableFilesFail) {
     unlink(kPersistent);
     WriteFile(std::string(kPersistent) + "/x", "");
     Output expected = failure(kPersistent, "Is a directory");
+    Generate(true, expected);
+    EXPECT_THAT(ReadFile(kMain), HasSubstr("rocommunity site"));
+    const std::string no_parse = ": failed to parse configuration\nCouldn't parse XML config file\n";
+    WriteFile(kUnique, "<unit>");
+    expected.err = "snmp_unique" + no_parse + expected.err;
     Generate(false, expected);
     EXPECT_THAT(ReadFile(kMain), HasSubstr("rocommunity site"));
     support::FillDisk("/etc/snmp");
@@ -110,7 +117,12 @@ TEST_F(SnmpTest, UnwritableFilesFail) {
     Generate(false, failure(kMain, "Is a directory"));
     support::ExpectUnchanged(before);
     WriteFile(kCommon, "<unit>");
-    Generate(false, {"", "snmp_common: failed to parse configuration\nCouldn't parse XML config file\n"});
+    Generate(false, {"", "snmp_common" + no_parse});
+}
+
+TEST_F(SnmpTest, LockedSettingsAreNotTaken) {
+    const auto holder = support::HoldLock("/run/lock/snmp.lock", true);
+    Generate(false, {"", "settings file is locked by another process, please try later\n"});
 }
 
 class SnmpClusterTest : public SnmpTest {
@@ -138,6 +150,10 @@ TEST_F(SnmpClusterTest, NodesReachEachOther) {
     Generate(); // the passive node sends no traps
     EXPECT_EQ(ReadFile(kMain), Without(Without(Without(active, "trapsess"), "trap2sink"), "informsink"));
     State("2");
+    WriteFile(kCommon, Replaced(Replaced(Settings(), ".9\" context", ".10\" context"), ".10\"", ".9\""));
+    Generate(); // the active address is the first node's
+    for (const char* user : {"amy", "ned", "zoe"})
+        EXPECT_THAT(ReadFile(kMain), HasSubstr(std::string("\nproxy  -Cn \"Node1\" -v3 -u ") + user));
     const std::string cluster_v2_off = Replaced(Settings(), "cluster v2_mode=\"on", "cluster v2_mode=\"off");
     WriteFile(kCommon, cluster_v2_off);
     Generate();
@@ -190,13 +206,28 @@ TEST_F(SnmpClusterTest, UnknownAddressesCostNothing) {
         if (row.file != nullptr)
             WriteFile("/etc/failover.ini", row.file);
         (void)TakeLog();
-        Generate(false,
+        Generate(true,
                  {"", "SNMP: the addresses of the cluster are unknown, its monitoring contexts stay as they "
                       "are\nSNMP: cluster monitoring: the network between the nodes is unknown\n"});
         EXPECT_THAT(TakeLog(), ::testing::Contains(LogLine{3, row.log}));
         EXPECT_EQ(ReadFile(kCommon), Settings());
         EXPECT_THAT(ReadFile(kMain), Not(HasSubstr("rocommunity between-us")));
     }
+}
+
+// Each step is done and told, whatever became of the one before.
+TEST_F(SnmpClusterTest, ContextsWithoutAPlaceFailNothing) {
+    WriteFile(kCommon, "<unit><agent v3_mode='on'/></unit>");
+    Generate(true, {"", "Failed to set mode\nFailed to add node 10.9.0.10\nFailed to add node 10.9.0.9\n"
+                        "Couldn't find /unit/agent/cluster path\n"});
+}
+
+// The state is left of a cluster that is no more.
+TEST_F(SnmpClusterTest, SingleApplianceErasesTheContexts) {
+    WriteFile("/mnt/main/etc/sk_nums", "FO_PARAMS=\"single\"\n");
+    unlink("/etc/failover.ini");
+    Generate();
+    EXPECT_TRUE(ReadClusterSettings().nodes.empty());
 }
 
 TEST_F(SnmpClusterTest, OneNodeIsEnoughForItsLines) {
@@ -209,6 +240,10 @@ TEST_F(SnmpClusterTest, OneNodeIsEnoughForItsLines) {
 TEST_F(SnmpTest, SeedAndRandomTexts) {
     WriteFile(kSeed, "");
     Generate(true, {"", std::string(kSeed) + " holds no engine seed\n"});
+    EXPECT_EQ(support::RunShell(std::string("ln -sf engineid_seed ") + kSeed).status,
+              0); // not to be looked at
+    Generate(true,
+             {"", "Failed to open seed_file " + std::string(kSeed) + "\nFailed to open " + kSeed + "\n"});
     EXPECT_EQ(support::RunProgram({"rm", "-r", "/mnt/main/var"}).status, 0);
     WriteFile("/mnt/main/var", "");
     (void)TakeLog();

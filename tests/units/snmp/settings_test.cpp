@@ -57,7 +57,7 @@ TEST_F(SnmpTest, EditsAreSavedAndRead) {
     EXPECT_EQ(ListCommunities(), (Strings{"site", "x"}));
     EXPECT_EQ(ListTrapsinkDestinations(), (Strings{"10.0.0.2", "h"}));
     EXPECT_EQ(ListTrapsinks()[0], (Trapsink{"10.0.0.2", "lab", "informsink", "1162", "tcp"}));
-    EXPECT_EQ(ListUserNames(), (Strings{"amy", "eve", "rob", "zoe"}));
+    EXPECT_EQ(ListUserNames(), (Strings{"amy", "eve", "ned", "rob", "zoe"}));
     EXPECT_EQ(ListUsers()[1], (User{"eve", "e&e", "sha", "off", "on", ""}));
     EXPECT_EQ(ListUserTrapsessDestinations("rob"), (Strings{"10.0.0.4", "::1"}));
     EXPECT_EQ(ListUserTrapsess("amy")[0], (Trapsess{"10.0.0.4", "163", "tcp", "trap"}));

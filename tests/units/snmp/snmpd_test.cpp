@@ -70,6 +70,8 @@ TEST_F(SnmpTest, DaemonServesTheGeneratedFiles) {
         ExpectAnswer(kEncrypted, kDescription, "\"ZQ100 Corvanode ZQ100 4.2\"");
         ExpectAnswer(kEncrypted, kEngineBoots, "1");
         engine_id = Ask(kEncrypted, kEngineId).out;
+        ExpectAnswer({"-v3", "-u", "ned", "-l", "authNoPriv", "-a", "MD5", "-A", "ned's pass"}, kName,
+                     "\"gate\"");
         // A user whose settings ask for encryption may not do without it, and a stranger gets nothing.
         EXPECT_NE(
             Ask({"-v3", "-u", "zoe", "-l", "authNoPriv", "-a", "SHA", "-A", "zoe's pass"}, kName).status, 0);
