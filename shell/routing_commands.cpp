@@ -12,37 +12,29 @@ namespace {
 using namespace routing;
 using Text = const std::string&;
 
-constexpr const char* kMainTable = "254";
 constexpr const char* kDefaultRoute = "0.0.0.0";
 
-// A table given by its name alone is looked up.
 bool Add(Text destination, Text netmask, Text gateway, Text distance, Text weight, Text table_name,
-         Text table) {
-    if (table.empty() && !table_name.empty())
-        return RouteAddToTableNamed(destination, netmask, gateway, table_name, distance, weight);
-    return RouteAdd(destination, netmask, gateway, table.empty() ? kMainTable : table, table_name, distance,
-                    weight);
+         std::string table) {
+    return ResolveTable(table_name, table) &&
+           RouteAdd(destination, netmask, gateway, table, table_name, distance, weight);
 }
 
 bool AddDefault(Text gateway, Text distance, Text weight, Text table_name, Text table) {
     return Add(kDefaultRoute, "", gateway, distance, weight, table_name, table);
 }
 
-bool DeleteTo(Text destination, Text table, Text table_name) {
-    std::string number = table.empty() ? kMainTable : table;
-    return (table_name.empty() || FindTableNumber(table_name, number)) && RouteDeleteTo(destination, number);
+bool DeleteTo(Text destination, std::string table, Text table_name) {
+    return ResolveTable(table_name, table) && RouteDeleteTo(destination, table, table_name);
 }
 
-bool DeleteMasked(Text destination, Text netmask, Text table, Text table_name) {
-    if (table.empty() && !table_name.empty())
-        return RouteDeleteMaskedOfTableNamed(destination, netmask, table_name);
-    return RouteDeleteMasked(destination, netmask, table.empty() ? kMainTable : table, table_name);
+bool DeleteMasked(Text destination, Text netmask, std::string table, Text table_name) {
+    return ResolveTable(table_name, table) && RouteDeleteMasked(destination, netmask, table, table_name);
 }
 
-bool DeleteNextHop(Text destination, Text netmask, Text gateway, Text table, Text table_name) {
-    if (table.empty() && !table_name.empty())
-        return RouteDeleteNextHopOfTableNamed(destination, netmask, gateway, table_name);
-    return RouteDeleteNextHop(destination, netmask, gateway, table.empty() ? kMainTable : table, table_name);
+bool DeleteNextHop(Text destination, Text netmask, Text gateway, std::string table, Text table_name) {
+    return ResolveTable(table_name, table) &&
+           RouteDeleteNextHop(destination, netmask, gateway, table, table_name);
 }
 
 constexpr Command kCommands[] = {

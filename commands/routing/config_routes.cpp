@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string_view>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 namespace routing {
@@ -81,7 +82,9 @@ Text TakePrefix(Parts& words, Text& table) {
 bool TakeRoute(Text line, StaticRoute& route) {
     static const Masks masks;
     Parts words(line, ' ');
-    Parts prefix(TakePrefix(words, route.table), '/');
+    Text table;
+    Parts prefix(TakePrefix(words, table), '/');
+    route.table = table;
     route.destination = prefix.Next();
     route.prefix_length = prefix.Next();
     route.netmask = masks.Find(route.prefix_length);
@@ -130,13 +133,15 @@ std::vector<SortKey> SortRoutes(Text text) {
 } // namespace
 
 // Sorted first and then appended: a tree that grows in disorder is far slower.
-void ParseRoutes(Text configuration, Routes& routes) {
+Routes ParseRoutes(Text configuration) {
+    Routes routes;
     configuration = configuration.substr(0, UINT32_MAX); // no daemon has so much to say
     for (const SortKey& key : SortRoutes(configuration)) {
         StaticRoute route;
         if (TakeRoute(LineAt(configuration, key.line), route))
-            routes.emplace_hint(routes.end(), route.destination, route);
+            routes.emplace_hint(routes.end(), route.destination, std::move(route));
     }
+    return routes;
 }
 
 } // namespace routing

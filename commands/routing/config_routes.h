@@ -6,8 +6,7 @@
 
 namespace routing {
 
-// Adds the static routes in the daemon's running configuration, whose texts stay in it; lines that are none
-// are skipped.
-void ParseRoutes(std::string_view configuration, Routes& routes);
+// The static routes in the daemon's running configuration; lines that are none are skipped.
+Routes ParseRoutes(std::string_view configuration);
 
 } // namespace routing

@@ -7,7 +7,10 @@ namespace routing {
 // inet route delete: delete static routes of one table, several of them after a question. `table` is a
 // number, "254" where the command names no table; `table_name` is "" when it wasn't typed. The last route of
 // a table takes the table with it, unless a policy rule needs the table: then the route stays.
-[[nodiscard]] bool RouteDeleteTo(const std::string& destination, const std::string& table);
+
+// The routes to the destination; with "254" those of every table.
+[[nodiscard]] bool RouteDeleteTo(const std::string& destination, const std::string& table,
+                                 const std::string& table_name = "");
 [[nodiscard]] bool RouteDeleteMasked(const std::string& destination, const std::string& netmask,
                                      const std::string& table, const std::string& table_name);
 [[nodiscard]] bool RouteDeleteNextHop(const std::string& destination, const std::string& netmask,

@@ -1,8 +1,6 @@
 #include "commands/routing/route_forms.h"
 
 #include "commands/arguments/arguments.h"
-#include "commands/routing/route_add.h"
-#include "commands/routing/route_delete.h"
 #include "commands/routing/route_store.h"
 #include "commands/routing/tables.h"
 #include "front/probes/cluster.h"
@@ -20,25 +18,12 @@ bool FindTableNumber(const std::string& name, std::string& number) {
     return true;
 }
 
-bool RouteAddToTableNamed(const std::string& destination, const std::string& netmask,
-                          const std::string& gateway, const std::string& table_name,
-                          const std::string& distance, const std::string& weight) {
-    std::string number;
-    return FindTableNumber(table_name, number) &&
-           RouteAdd(destination, netmask, gateway, number, table_name, distance, weight);
-}
-
-bool RouteDeleteMaskedOfTableNamed(const std::string& destination, const std::string& netmask,
-                                   const std::string& table_name) {
-    std::string number;
-    return FindTableNumber(table_name, number) && RouteDeleteMasked(destination, netmask, number, table_name);
-}
-
-bool RouteDeleteNextHopOfTableNamed(const std::string& destination, const std::string& netmask,
-                                    const std::string& gateway, const std::string& table_name) {
-    std::string number;
-    return FindTableNumber(table_name, number) &&
-           RouteDeleteNextHop(destination, netmask, gateway, number, table_name);
+bool ResolveTable(const std::string& name, std::string& number) {
+    if (number.empty() && !name.empty())
+        return FindTableNumber(name, number);
+    if (number.empty())
+        number = kMainTable;
+    return true;
 }
 
 } // namespace routing

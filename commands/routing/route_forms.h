@@ -10,12 +10,8 @@ namespace routing {
 // exist gives "". False, told on the terminal, on a passive node and for what can't be a name.
 [[nodiscard]] bool FindTableNumber(const std::string& name, std::string& number);
 
-[[nodiscard]] bool RouteAddToTableNamed(const std::string& destination, const std::string& netmask,
-                                        const std::string& gateway, const std::string& table_name,
-                                        const std::string& distance, const std::string& weight);
-[[nodiscard]] bool RouteDeleteMaskedOfTableNamed(const std::string& destination, const std::string& netmask,
-                                                 const std::string& table_name);
-[[nodiscard]] bool RouteDeleteNextHopOfTableNamed(const std::string& destination, const std::string& netmask,
-                                                  const std::string& gateway, const std::string& table_name);
+// The number behind what is typed of a table: its number, or its name alone, which is looked up; the main
+// table's when neither is typed.
+[[nodiscard]] bool ResolveTable(const std::string& name, std::string& number);
 
 } // namespace routing

@@ -5,12 +5,10 @@
 #include "commands/routing/route_store.h"
 #include "commands/routing/tables.h"
 #include "front/probes/cluster.h"
-#include "platform/console.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/processes.h"
 
 #include <cstdio>
-#include <libintl.h>
 
 namespace routing {
 namespace {
@@ -20,11 +18,6 @@ void Print(const std::string& text) {
     std::fflush(stdout);
 }
 
-bool Fail(const char* message) {
-    shell_print_error("%s", gettext(message));
-    return false;
-}
-
 } // namespace
 
 bool ShowRouting() {
@@ -32,8 +25,8 @@ bool ShowRouting() {
         return false;
     std::string output;
     if (corvanshell::run("/sbin/ip route show 0.0.0.0/0", output) != 0 || output.empty())
-        shell_print_warning(gettext("the default route is not set, this could prevent from the reliable mode "
-                                    "of operation"));
+        PrintWarning(
+            Tr("the default route is not set, this could prevent from the reliable mode of operation"));
     return BaseExec::run(vtysh::QuestionLine(vtysh::kZebra, "show ip route") + " | /sbin/textpager.sh -") ==
            0;
 }
@@ -41,10 +34,10 @@ bool ShowRouting() {
 bool ShowStaticRoutes() {
     if (IsDisabledOnPassiveNode(gettext(kFeature)))
         return false;
-    shell_log_info("command: inet show routing static");
+    LogInfo("command: inet show routing static");
     const RouteStore store;
     if (!PrintTables(store.All(), GetTableNumbers()))
-        shell_print_info(gettext("No static routes defined"));
+        PrintInfo(Tr("No static routes defined"));
     return true;
 }
 
@@ -54,7 +47,7 @@ bool ShowRouteTable(const std::string& number) {
         return false;
     const RouteStore store;
     if (!TableHasRoutes(number))
-        return Fail("Failed to show static route. Routes don't exist in this table.");
+        return Refuse(Tr("Failed to show static route. Routes don't exist in this table."));
     Print(JoinLines(FormatRoutes(store.All(), number)));
     return true;
 }
@@ -66,9 +59,9 @@ bool ShowRouteTableByName(const std::string& name) {
     const RouteStore store;
     const std::string number = GetTableNumber(name);
     if (!name.empty() && !TableNameMatches(number, name))
-        return Fail("Failed to show static route. Table name doesn't match table number.");
+        return Refuse(Tr("Failed to show static route. Table name doesn't match table number."));
     if (!TableHasRoutes(number))
-        return Fail("Failed to show static route. Routes doesn't exist in this table.");
+        return Refuse(Tr("Failed to show static route. Routes doesn't exist in this table."));
     Print(JoinLines(FormatRoutes(store.All(), number)));
     return true;
 }

@@ -3,17 +3,16 @@
 #include "commands/arguments/arguments.h"
 #include "commands/routing/config_routes.h"
 #include "commands/vtysh/daemon.h"
-#include "platform/log.h"
 #include "platform/path_list.h"
 #include "platform/processes.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fcntl.h>
 #include <iterator>
 #include <string_view>
 #include <sys/file.h>
 #include <unistd.h>
-#include <utility>
 
 namespace routing {
 namespace {
@@ -22,17 +21,31 @@ constexpr const char* kLockFile = "/run/lock/run/quagga/s_routing.lock";
 constexpr mode_t kLockMode = 0400;
 
 // ip route table 5 10.0.0.0/8 1.1.1.1
-std::string RouteLine(std::string_view destination, std::string_view length, std::string_view gateway,
-                      std::string_view table) {
-    std::string line = "ip route ";
-    if (!table.empty())
-        line.append("table ").append(table).append(" ");
-    return line.append(destination).append("/").append(length).append(" ").append(gateway);
+std::string RouteLine(const std::string& destination, const std::string& length, const std::string& gateway,
+                      const std::string& table) {
+    return "ip route " + (table.empty() ? "" : "table " + table + " ") + destination + "/" + length + " " +
+           gateway;
 }
 
-bool SendDelete(std::string_view destination, const StaticRoute& route, std::string_view table) {
+bool SendDelete(const std::string& destination, const StaticRoute& route, const std::string& table) {
     return vtysh::ConfigureQuietly(vtysh::kRouteRemoval,
                                    "no " + RouteLine(destination, route.prefix_length, route.gateway, table));
+}
+
+// The descriptor of the lock file with the lock taken, -1 when there is none. A signal doesn't end the wait.
+int TakeLock() {
+    const int lock = open(kLockFile, O_RDONLY | O_CREAT | O_CLOEXEC, kLockMode);
+    while (lock >= 0 && flock(lock, LOCK_EX) != 0) {
+        if (errno == EINTR)
+            continue;
+        close(lock);
+        return -1;
+    }
+    return lock;
+}
+
+bool IsWanted(const std::string* wanted, const std::string& text) {
+    return wanted == nullptr || *wanted == text;
 }
 
 } // namespace
@@ -52,9 +65,12 @@ int MaskToPrefixLength(const std::string& netmask) {
     return length;
 }
 
-RouteStore::RouteStore() : lock_(open(kLockFile, O_RDONLY | O_CREAT | O_CLOEXEC, kLockMode)) {
-    if (lock_ >= 0)
-        flock(lock_, LOCK_EX);
+bool RoutePattern::Matches(const StaticRoute& route) const {
+    return IsWanted(netmask, route.netmask) && IsWanted(gateway, route.gateway) &&
+           IsWanted(table, route.table);
+}
+
+RouteStore::RouteStore() : lock_(TakeLock()) {
     Load();
 }
 
@@ -69,95 +85,108 @@ void RouteStore::Load() {
     std::string text; // one text: a string for each of a hundred thousand lines would be slow
     const int status =
         corvanshell::run(vtysh::QuestionLine(vtysh::kZebra, "show running-config").c_str(), text);
-    if (status != 0 || text.empty())
-        return;
-    routes_.clear();
-    memory_.release();
-    ParseRoutes(configurations_.emplace_back(std::move(text)), routes_);
+    if (status == 0 && !text.empty())
+        routes_ = ParseRoutes(text);
 }
 
-Routes RouteStore::Find(std::string_view destination, const Condition& condition) const {
+Routes RouteStore::Find(const RoutePattern& pattern) const {
     Routes found;
     if (!HasLock())
         return found;
-    const auto [first, last] = routes_.equal_range(destination);
+    const auto [first, last] = routes_.equal_range(pattern.destination);
     std::copy_if(first, last, std::inserter(found, found.end()),
-                 [&](const auto& entry) { return condition(entry.second); });
+                 [&](const auto& entry) { return pattern.Matches(entry.second); });
     return found;
 }
 
-Routes RouteStore::FindRoutes(std::string_view destination) const {
-    return Find(destination, [](const StaticRoute&) { return true; });
+Routes RouteStore::FindRoutes(const std::string& destination) const {
+    return Find({destination});
 }
 
-Routes RouteStore::FindRoutes(std::string_view destination, std::string_view netmask) const {
-    return Find(destination, [&](const StaticRoute& route) { return route.netmask == netmask; });
+Routes RouteStore::FindRoutes(const std::string& destination, const std::string& netmask) const {
+    return Find({destination, &netmask});
 }
 
-Routes RouteStore::FindRoutes(std::string_view destination, std::string_view netmask,
-                              std::string_view gateway) const {
-    return Find(destination, [&](const StaticRoute& route) {
-        return route.netmask == netmask && route.gateway == gateway;
-    });
+Routes RouteStore::FindRoutes(const std::string& destination, const std::string& netmask,
+                              const std::string& gateway) const {
+    return Find({destination, &netmask, &gateway});
 }
 
-Routes RouteStore::FindRoutes(std::string_view destination, std::string_view netmask,
-                              std::string_view gateway, std::string_view table) const {
-    return Find(destination, [&](const StaticRoute& route) {
-        return route.netmask == netmask && (gateway.empty() || route.gateway == gateway) &&
-               route.table == table;
-    });
+Routes RouteStore::FindRoutes(const std::string& destination, const std::string& netmask,
+                              const std::string& gateway, const std::string& table) const {
+    return Find({destination, &netmask, gateway.empty() ? nullptr : &gateway, &table});
 }
 
-bool RouteStore::AddRoute(const std::string& destination, const std::string& netmask,
-                          const std::string& gateway, const std::string& distance, const std::string& weight,
-                          const std::string& table) {
-    if (!arguments::IsAddress(destination) || !arguments::IsAddress(gateway) ||
-        !arguments::IsNumber(distance) || !arguments::IsNumber(weight) ||
-        (!table.empty() && !arguments::IsNumber(table)))
+bool RouteStore::AddRoute(const StaticRoute& route) {
+    if (!arguments::IsAddress(route.destination) || !arguments::IsAddress(route.gateway) ||
+        !arguments::IsNumber(route.distance) || !arguments::IsNumber(route.weight) ||
+        (!route.table.empty() && !arguments::IsNumber(route.table)))
         return false;
-    const std::string length = std::to_string(MaskToPrefixLength(netmask));
-    const std::string route = RouteLine(destination, length, gateway, table) + " " + distance + " " + weight;
-    if (!vtysh::Configure(vtysh::kZebra, {route}))
+    const std::string length = std::to_string(MaskToPrefixLength(route.netmask));
+    if (!vtysh::Configure(vtysh::kZebra, {RouteLine(route.destination, length, route.gateway, route.table) +
+                                          " " + route.distance + " " + route.weight}))
         return false;
     Load();
     return true;
 }
 
-bool RouteStore::DeleteRoute(std::string_view destination, const StaticRoute& route) {
-    return SendDelete(destination, route, "");
+bool RouteStore::AddRoute(const std::string& destination, const std::string& netmask,
+                          const std::string& gateway, const std::string& distance, const std::string& weight,
+                          const std::string& table) {
+    return AddRoute({.destination = destination,
+                     .gateway = gateway,
+                     .netmask = netmask,
+                     .distance = distance,
+                     .weight = weight,
+                     .table = table});
 }
 
-bool RouteStore::DeleteTableRoute(std::string_view destination, const StaticRoute& route,
-                                  std::string_view table) {
+bool RouteStore::DeleteRoute(const std::string& destination, const StaticRoute& route) {
+    return HasLock() && SendDelete(destination, route, "");
+}
+
+bool RouteStore::DeleteTableRoute(const std::string& destination, const StaticRoute& route,
+                                  const std::string& table) {
     lock_tool::FileLock lock(path_list::settings_lock);
-    return vtysh::LockSettings(lock) && SendDelete(destination, route, table);
+    return HasLock() && vtysh::LockSettings(lock) && SendDelete(destination, route, table);
 }
 
-bool RouteStore::Delete(std::string_view destination, const Routes& found, const std::string_view* table) {
-    for (const auto& [key, route] : found) {
-        if (!(table ? DeleteTableRoute(destination, route, *table) : DeleteRoute(destination, route)))
-            shell_log_error("failed to delete route for %s", std::string(destination).c_str());
-    }
+bool RouteStore::DeleteFound(const Routes& found) {
+    for (const auto& [destination, route] : found)
+        (void)(route.table == kMainTable ? DeleteRoute(destination, route)
+                                         : DeleteTableRoute(destination, route, route.table));
+    return HasLock();
+}
+
+// One that the daemon keeps doesn't stop the others.
+bool RouteStore::DeleteFromMain(const RoutePattern& pattern) {
+    for (const auto& [destination, route] : Find(pattern))
+        (void)DeleteRoute(destination, route);
+    return HasRouteTo(pattern.destination);
+}
+
+bool RouteStore::HasRouteTo(const std::string& destination) const {
     return HasLock() && routes_.contains(destination);
 }
 
-bool RouteStore::DeleteRoutes(std::string_view destination) {
-    return Delete(destination, FindRoutes(destination), nullptr);
+bool RouteStore::DeleteRoutes(const std::string& destination) {
+    return DeleteFromMain({destination});
 }
 
-bool RouteStore::DeleteRoutes(std::string_view destination, std::string_view netmask) {
-    return Delete(destination, FindRoutes(destination, netmask), nullptr);
+bool RouteStore::DeleteRoutes(const std::string& destination, const std::string& netmask) {
+    return DeleteFromMain({destination, &netmask});
 }
 
-bool RouteStore::DeleteRoutes(std::string_view destination, std::string_view netmask,
-                              std::string_view gateway) {
-    return Delete(destination, FindRoutes(destination, netmask, gateway), nullptr);
+bool RouteStore::DeleteRoutes(const std::string& destination, const std::string& netmask,
+                              const std::string& gateway) {
+    return DeleteFromMain({destination, &netmask, &gateway});
 }
 
-bool RouteStore::DeleteRoutes(std::string_view destination, std::string_view netmask,
-                              std::string_view gateway, std::string_view table) {
-    return Delete(destination, FindRoutes(destination, netmask, gateway, table), &table);
+bool RouteStore::DeleteRoutes(const std::string& destination, const std::string& netmask,
+                              const std::string& gateway, const std::string& table) {
+    for (const auto& [key, route] : FindRoutes(destination, netmask, gateway, table))
+        (void)DeleteTableRoute(destination, route, table);
+    return HasRouteTo(destination);
 }
 
 } // namespace routing

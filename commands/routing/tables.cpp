@@ -2,11 +2,10 @@
 
 #include "commands/arguments/arguments.h"
 #include "commands/routing/static_route.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 
 #include <algorithm>
 #include <cctype>
-#include <libintl.h>
 
 namespace routing {
 namespace {
@@ -131,11 +130,8 @@ bool IsTableUnreferenced(const std::string& name) {
 }
 
 bool DeleteTable(const std::string& number) {
-    if (!IsTableUnreferenced(GetTableName(number))) {
-        shell_print_error(
-            gettext("Can't delete this table, because it is referenced by at least one policy rule."));
-        return false;
-    }
+    if (!IsTableUnreferenced(GetTableName(number)))
+        return Refuse(Tr("Can't delete this table, because it is referenced by at least one policy rule."));
     return arguments::IsNumber(number) && vtysh::Configure(vtysh::kZebra, {"no table " + number});
 }
 

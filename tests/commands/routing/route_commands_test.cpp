@@ -97,7 +97,7 @@ TEST_F(RouteCommandsTest, TableComesAndGoesWithItsRoutes) {
     EXPECT_EQ(Do(true, [&] { return add("10.0.0.0", "6", ""); }).out,
               "The following static route has been added:\n" + Listing("6 (TABLE-6)", kRoute1));
     EXPECT_EQ(
-        Do(true, [] { return RouteAddToTableNamed("11.0.0.0", "255.0.0.0", "1.1.1.1", "vpn", "", ""); }).err,
+        Do(true, [] { return RouteAdd("11.0.0.0", "255.0.0.0", "1.1.1.1", "5", "vpn", "", ""); }).err,
         "");
     EXPECT_EQ(Configured("table"), "table 5 VPN\ntable 6 TABLE-6\ntable 254 MAIN\n");
 
@@ -106,7 +106,7 @@ TEST_F(RouteCommandsTest, TableComesAndGoesWithItsRoutes) {
 
     // A rule needs the table: its last route stays, the one before may go.
     Configure({"ip rule p 1024", "set table VPN"});
-    EXPECT_EQ(Do(true, [] { return RouteDeleteMaskedOfTableNamed("11.0.0.0", "255.0.0.0", "vpn"); }).err, "");
+    EXPECT_EQ(Do(true, [] { return RouteDeleteMasked("11.0.0.0", "255.0.0.0", "5", "vpn"); }).err, "");
     EXPECT_EQ(
         Do(false, [] { return RouteDeleteNextHop("10.0.0.0", "255.0.0.0", "1.1.1.1", "5", "vpn"); }),
         (Output{"", "Unable to delete this route, because it is the only route in the table referenced by at "
@@ -119,7 +119,7 @@ TEST_F(RouteCommandsTest, TableComesAndGoesWithItsRoutes) {
     EXPECT_EQ(Configured("ip route"), "ip route table 5 10.0.0.0/8 1.1.1.1\n");
     Configure({"no ip rule p 1024"});
     EXPECT_EQ(
-        Do(true, [] { return RouteDeleteNextHopOfTableNamed("10.0.0.0", "255.0.0.0", "1.1.1.1", "VPN"); })
+        Do(true, [] { return RouteDeleteNextHop("10.0.0.0", "255.0.0.0", "1.1.1.1", "5", "VPN"); })
             .err,
         "");
     EXPECT_EQ(Configured("table") + Configured("ip route"), "table 254 MAIN\n");
@@ -233,7 +233,7 @@ TEST_F(RouteCommandsTest, DeleteRefusals) {
         {[] { return RouteDeleteMasked("10.0.0.0", "255.0.0.0", "7", ""); }, failed + "Table doesn't exist."},
         {[] { return RouteDeleteMasked("10.0.0.0", "255.0.0.0", "5", "lan"); },
          failed + "Table name doesn't match table number."},
-        {[] { return RouteDeleteMaskedOfTableNamed("10.0.0.0", "255.0.0.0", "none"); },
+        {[] { return RouteDeleteMasked("10.0.0.0", "255.0.0.0", "", "none"); },
          "There is no static route to 10.0.0.0 with netmask 255.0.0.0"},
         {[] { return RouteDeleteNextHop("10.0.0.0", "255.0.0.0", "1.1.1.1", "8", ""); },
          failed + "Table doesn't exist."},
@@ -400,7 +400,6 @@ TEST_F(RouteCommandsTest, PassiveNodeTakesNoLockAndAsksNobody) {
     ASSERT_EQ(mkdir("/run/lock/run/quagga", 0755), 0);
     const std::function<bool()> actions[] = {
         [] { return RouteAdd("10.0.0.0", "", "1.1.1.1", "254", "", "", ""); },
-        [] { return RouteAddToTableNamed("10.0.0.0", "", "1.1.1.1", "a", "", ""); },
         [] { return RouteDeleteTo("10.0.0.0", "254"); },
         [] { return RouteDeleteMasked("10.0.0.0", "", "254", ""); },
         [] { return RouteDeleteNextHop("10.0.0.0", "", "1.1.1.1", "254", ""); },
