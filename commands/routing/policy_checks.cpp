@@ -3,11 +3,10 @@
 #include "commands/arguments/arguments.h"
 #include "commands/routing/tables.h"
 #include "commands/vtysh/saved_file.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/processes.h"
 
 #include <algorithm>
-#include <libintl.h>
 
 namespace routing {
 namespace {
@@ -74,7 +73,7 @@ void RemoveEmptyRule(const std::string& name, unsigned long priority) {
         return;
     if (shell_spawn("/sbin/policy_routing", "rule_clear_name_number", name.c_str(),
                     std::to_string(priority).c_str(), nullptr) != 0)
-        shell_print_error(gettext("failed to delete inet policy %s."), name.c_str());
+        PrintError(Tr("failed to delete inet policy %s."), name);
 }
 
 bool IsPolicyUnreferenced(const std::string& name) {
@@ -87,11 +86,8 @@ bool IsPolicyUnreferenced(const std::string& name) {
 }
 
 bool CheckPolicyUnreferenced(const std::string& name) {
-    if (IsPolicyUnreferenced(name))
-        return true;
-    shell_print_error(
-        gettext("Can't delete this policy, because it is referenced by at least one dgd rule."));
-    return false;
+    return IsPolicyUnreferenced(name) ||
+           Refuse(Tr("Can't delete this policy, because it is referenced by at least one dgd rule."));
 }
 
 bool TableNameExists(const std::string& table) {

@@ -5,12 +5,9 @@
 #include "commands/routing/policy_show.h"
 #include "commands/vtysh/daemon.h"
 #include "front/probes/cluster.h"
-#include "platform/console.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 #include "platform/processes.h"
-
-#include <libintl.h>
 
 namespace routing {
 namespace {
@@ -43,8 +40,7 @@ bool RunLocked(const std::string& line, int& status) {
 }
 
 bool NoSuchPolicy(const std::string& name) {
-    shell_print_error(gettext("Inet policy %s does not exist"), name.c_str());
-    return false;
+    return Refuse(Tr("Inet policy %s does not exist"), name);
 }
 
 // `priority` is "" for all rules of the policy.
@@ -53,7 +49,7 @@ bool ConfirmClear(const std::string& name, const std::string& priority) {
         return false;
     if (shell_get_user_confirmation(gettext("Delete all policy rules?")) != 0)
         return true;
-    shell_print_info(gettext("Command canceled by user"));
+    PrintInfo(Tr("Command canceled by user"));
     return false;
 }
 
@@ -61,59 +57,55 @@ bool ConfirmClear(const std::string& name, const std::string& priority) {
 
 // /sbin/policy_routing rule_clear_name vpn
 bool PolicyRuleClear(const std::string& name) {
-    shell_log_info("command: inet policy rule clear %s", name.c_str());
+    LogInfo("command: inet policy rule clear %s", name);
     int status = 0;
     if (!ConfirmClear(name, "") || !RunLocked("/sbin/policy_routing rule_clear_name " + name, status))
         return false;
     if (status != 0)
         return NoSuchPolicy(name);
-    shell_print_info(gettext("Inet policy %s was deleted"), name.c_str());
+    PrintInfo(Tr("Inet policy %s was deleted"), name);
     return true;
 }
 
 bool PolicyRuleClear(const std::string& name, unsigned long priority) {
-    shell_log_info("command: inet policy rule clear %s %lu", name.c_str(), priority);
+    LogInfo("command: inet policy rule clear %s %lu", name, priority);
     int status = 0;
     if (!ConfirmClear(name, std::to_string(priority)) ||
         !RunLocked(PolicyLine("no " + RuleHeader(name, priority)), status))
         return false;
-    if (status >= kNotRun) {
-        shell_print_error(gettext("failed to clear policy rule"));
-        return false;
-    }
+    if (status >= kNotRun)
+        return Refuse(Tr("failed to clear policy rule"));
     if (status != 0)
         return NoSuchPolicy(name);
-    shell_print_info(gettext("Inet policy %s %lu was deleted"), name.c_str(), priority);
+    PrintInfo(Tr("Inet policy %s %lu was deleted"), name, priority);
     return true;
 }
 
 bool PolicyActivate(const std::string& name) {
-    shell_log_info("command: inet policy active %s", name.c_str());
+    LogInfo("command: inet policy active %s", name);
     int status = 0;
     if (IsRefusedHere() || !CheckName(name) || !RunLocked(PolicyLine("ip policy " + name), status))
         return false;
     if (status != 0)
         return NoSuchPolicy(name);
-    shell_print_info(gettext("Inet policy active was set to %s"), name.c_str());
+    PrintInfo(Tr("Inet policy active was set to %s"), name);
     return true;
 }
 
 bool PolicyActivateDefault() {
-    shell_log_info("command: inet policy active default");
+    LogInfo("command: inet policy active default");
     int status = 0;
     if (IsRefusedHere() || !RunLocked(PolicyLine("ip policy default"), status))
         return false;
-    if (status != 0) {
-        shell_print_error(gettext("failed to set policy active to default"));
-        return false;
-    }
-    shell_print_info(gettext("Inet policy active was set to default"));
+    if (status != 0)
+        return Refuse(Tr("failed to set policy active to default"));
+    PrintInfo(Tr("Inet policy active was set to default"));
     return true;
 }
 
 bool ShowActivePolicy() {
     constexpr const char* label = "Current IP policy:";
-    shell_log_info("command: inet show policy rule active");
+    LogInfo("command: inet show policy rule active");
     if (IsRefusedHere())
         return false;
     Lines lines;
@@ -125,16 +117,15 @@ bool ShowActivePolicy() {
                                          : line.find_first_not_of(" \r", place + std::string(label).size());
             if (name == std::string::npos)
                 continue;
-            shell_print_info("Current IP policy: %s", line.substr(name).c_str());
+            PrintInfo("Current IP policy: %s", line.substr(name));
             return true;
         }
     }
-    shell_print_error(gettext("failed to show policy rule active."));
-    return false;
+    return Refuse(Tr("failed to show policy rule active."));
 }
 
 bool ShowPolicyRule(const std::string& name) {
-    shell_log_info("command: inet show policy rule %s", name.c_str());
+    LogInfo("command: inet show policy rule %s", name);
     return !IsRefusedHere() && CheckName(name) && ShowPolicy(name, "");
 }
 
@@ -143,7 +134,7 @@ bool ShowPolicyRule(const std::string& name, unsigned long priority) {
 }
 
 bool ShowAllPolicyRules() {
-    shell_log_info("command: inet show policy rule all");
+    LogInfo("command: inet show policy rule all");
     return !IsRefusedHere() && ShowPolicy("", "");
 }
 

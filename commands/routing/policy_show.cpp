@@ -3,7 +3,7 @@
 #include "commands/routing/dscp.h"
 #include "commands/routing/tables.h"
 #include "commands/vtysh/saved_file.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/pager.h"
 
 #include <algorithm>
@@ -11,7 +11,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <libintl.h>
 #include <vector>
 
 namespace routing {
@@ -35,9 +34,27 @@ struct Policies {
     std::string active;
 };
 
-struct Tables {
-    bool are_known = false;
-    Lines lines;
+// The daemon's tables, for which it is asked when the first one is to be shown.
+class Tables {
+public:
+    // "5" for "VPN"; "", told on the terminal, when there is none.
+    std::string FindNumber(const std::string& name) {
+        if (!is_asked_ && !(is_known_ = ListTables(lines_)))
+            PrintError(Tr("failed to get table number"));
+        is_asked_ = true;
+        for (const std::string& line : lines_) {
+            if (vtysh::Contains(line, "Table " + name + " (ID "))
+                return TakeTableNumber(line);
+        }
+        if (is_known_)
+            PrintError(Tr("failed to find table with name %s"), name);
+        return "";
+    }
+
+private:
+    bool is_asked_ = false;
+    bool is_known_ = false;
+    Lines lines_;
 };
 
 std::string FirstWord(const std::string& text) {
@@ -69,16 +86,11 @@ bool ReadPolicies(const std::string& name, const std::string& priority, Policies
 }
 
 // "table VPN" -> "table VPN (5)"
-std::string FormatTable(const std::string& name, const Tables& tables) {
+std::string FormatTable(const std::string& name, Tables& tables) {
     if (name == "MAIN")
         return "table 254 (default)";
-    for (const std::string& line : tables.lines) {
-        if (vtysh::Contains(line, "Table " + name + " (ID "))
-            return "table " + name + " (" + TakeTableNumber(line) + ")";
-    }
-    if (tables.are_known)
-        shell_print_error(gettext("failed to find table with name %s"), name.c_str());
-    return "table " + name;
+    const std::string number = tables.FindNumber(name);
+    return "table " + name + (number.empty() ? "" : " (" + number + ")");
 }
 
 // "184" -> "match dscp 0xB8 (EF)"
@@ -89,7 +101,7 @@ std::string FormatDscp(const std::string& decimal) {
 }
 
 // The item as the commands spell it.
-std::string FormatItem(const std::string& line, const Tables& tables) {
+std::string FormatItem(const std::string& line, Tables& tables) {
     const auto behind = [](const std::string& text, const std::string& word, std::string& rest) {
         if (!text.starts_with(word))
             return false;
@@ -119,9 +131,6 @@ std::string FormatHeader(const Rule& rule) {
 
 std::string FormatPolicies(const Policies& policies) {
     Tables tables;
-    tables.are_known = ListTables(tables.lines);
-    if (!tables.are_known)
-        shell_print_error(gettext("failed to get table number"));
     std::string text = kTitle + std::string(kRuleLength, '-') + "\n";
     for (const Rule& rule : policies.rules) {
         text += FormatHeader(rule);
@@ -140,24 +149,20 @@ void Page(const std::string& text) {
     std::FILE* const stream = opened == nullptr ? stdout : opened;
     std::fwrite(text.data(), 1, text.size(), stream);
     if (std::fflush(stream) != 0 && errno != EPIPE)
-        shell_print_error("failed to write to stream: %s", std::strerror(errno));
+        PrintError("failed to write to stream: %s", std::strerror(errno));
     pager.wait();
 }
 
 } // namespace
 
 bool ShowPolicy(const std::string& name, const std::string& priority) {
-    if (!vtysh::Send(vtysh::QuestionLine(vtysh::kZebra, "write"))) {
-        shell_print_error(gettext("failed to write zebra.conf."));
-        return false;
-    }
+    if (!vtysh::Send(vtysh::QuestionLine(vtysh::kZebra, "write")))
+        return Refuse(Tr("failed to write zebra.conf."));
     Policies policies;
     if (!ReadPolicies(name, priority, policies))
         return false;
-    if (policies.rules.empty()) {
-        shell_print_error(gettext("Policy rule(s) not found"));
-        return false;
-    }
+    if (policies.rules.empty())
+        return Refuse(Tr("Policy rule(s) not found"));
     Page(FormatPolicies(policies));
     return true;
 }

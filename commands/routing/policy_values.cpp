@@ -6,9 +6,9 @@
 #include "commands/vtysh/saved_file.h"
 #include "front/helpers/text.h"
 #include "front/probes/cluster.h"
+#include "platform/messages.h"
 
 #include <algorithm>
-#include <libintl.h>
 
 namespace value {
 namespace {
@@ -31,13 +31,13 @@ bool Take(const std::string& word, bool is_good, std::string& parsed) {
 }
 
 // What `take` makes of each line of a table that has a name.
-ShellWords ListTables(const char* failure, std::string (*take)(const std::string& line)) {
+ShellWords ListTables(const Format<>& failure, std::string (*take)(const std::string& line)) {
     ShellWords words;
     if (!MayList(words))
         return words;
     vtysh::Lines lines;
     if (!routing::ListTables(lines))
-        shell_print_error("%s", gettext(failure));
+        PrintError(failure);
     for (const std::string& line : lines) {
         const std::string word = take(line);
         if (line != "Table MAIN (ID 254):" && !vtysh::Contains(line, "Unnamed table (ID") && !word.empty())
@@ -81,7 +81,7 @@ bool ExistingTablesNumber::parse(const std::string& word, std::string& parsed) c
 }
 
 ShellWords ExistingTablesNumber::list() const {
-    return ListTables("failed to find existing table numbers", routing::TakeTableNumber);
+    return ListTables(Tr("failed to find existing table numbers"), routing::TakeTableNumber);
 }
 
 bool ExistingTablesName::parse(const std::string& word, std::string& parsed) const {
@@ -89,7 +89,7 @@ bool ExistingTablesName::parse(const std::string& word, std::string& parsed) con
 }
 
 ShellWords ExistingTablesName::list() const {
-    return ListTables("failed to find existing table names.", TakeName);
+    return ListTables(Tr("failed to find existing table names."), TakeName);
 }
 
 bool DscpValue::parse(const std::string& word, std::string& parsed) const {

@@ -72,7 +72,7 @@ TEST_F(PolicyTest, EveryItemFromItsAddToItsDelete) {
     for (const auto& test : cases) {
         const std::string rule = "Inet policy p 1024 ";
         (void)TakeLog();
-        EXPECT_EQ(Add(true, test.item, test.value), (Output{rule + test.created + " was created\n", ""}));
+        EXPECT_EQ(Add(true, test.item, test.value).out, rule + test.created + " was created\n");
         EXPECT_THAT(TakeLog(),
                     ElementsAre(LogLine{6, std::string("command: inet policy rule ") + test.add_log}));
         EXPECT_EQ(Show("show ip policy p"), std::string("ip rule p 1024\n ") + test.stored + "\n!\n");
@@ -272,7 +272,7 @@ TEST_F(PolicyTest, ActivateAndClear) {
 
     support::WriteFile("/etc/quagga/zebra.conf", "ip rule p 1024\n set reject\n!\n");
     const auto clear_first = [] { return PolicyRuleClear("p", 1024); };
-    Answer({{}, {}, {.status = 1}, {}, {}, {.status = 127}, {.status = 1}});
+    Answer({{}, {.status = 1}, {}, {.status = 127}, {.status = 1}});
     EXPECT_EQ(Do(false, clear_first, "y\n").err, "Inet policy p does not exist\n");
     EXPECT_EQ(Do(false, clear_first, "y\n").err, "failed to clear policy rule\n");
     EXPECT_EQ(Do(false, PolicyActivateDefault).err, "failed to set policy active to default\n");

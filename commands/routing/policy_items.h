@@ -1,0 +1,70 @@
+#pragma once
+
+#include "commands/routing/policy_rules.h"
+#include "platform/format.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <variant>
+
+// What the policy commands know of each item.
+
+namespace routing {
+
+// A text of the policy's name, the priority and a value, of the first two, or of none of them.
+class ItemFormat {
+    using Full = Format<std::string, unsigned long, std::string>;
+    using Bare = Format<std::string, unsigned long>;
+
+public:
+    consteval ItemFormat(const char* format) : format_(Choose(format, format)) {}
+    consteval ItemFormat(format::Translated format) : format_(Choose(format.text, format)) {}
+
+    // Hands the format and the arguments that it takes to `print`.
+    template <class Print>
+    void Fill(const Print& print, const std::string& name, unsigned long priority,
+              const std::string& value) const {
+        if (const Full* full = std::get_if<Full>(&format_))
+            print(*full, name, priority, value);
+        else if (const Bare* bare = std::get_if<Bare>(&format_))
+            print(*bare, name, priority);
+        else
+            print(std::get<Format<>>(format_));
+    }
+
+private:
+    template <class Text>
+    static consteval std::variant<Full, Bare, Format<>> Choose(std::string_view text, Text format) {
+        const auto conversions = std::count(text.begin(), text.end(), '%');
+        if (conversions == 3)
+            return Full(format);
+        if (conversions == 2)
+            return Bare(format);
+        return Format<>(format);
+    }
+
+    std::variant<Full, Bare, Format<>> format_;
+};
+
+struct ItemTexts {
+    ItemFormat log;
+    ItemFormat obstacle; // the item is there already, or isn't there
+    ItemFormat success;
+    ItemFormat failure;
+};
+
+struct ItemRow {
+    RuleItem item;
+    bool (*is_value)(const std::string& value);
+    const char* what; // the value's name
+    const char* key;  // of the slot that the item takes
+    const char* text; // of the item, in front of its value
+    const char* removal;
+    ItemTexts add;
+    ItemTexts remove;
+};
+
+const ItemRow& RowOf(RuleItem item);
+
+} // namespace routing
