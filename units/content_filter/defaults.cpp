@@ -1,6 +1,6 @@
 #include "units/content_filter/defaults.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "units/content_filter/edit.h"
 #include "units/content_filter/unit.h"
 
@@ -20,15 +20,14 @@ std::string GetDefaultAction(const char* element) {
 }
 
 bool SetDefaultAction(const char* element, const std::string& value) {
-    return Edit(Subject::kMode, "Content-filter config parse fail", [&](File& file) {
-        file.Select("/unit/%s", element).RemoveAll();
-        const bool set = file.Root().AddChild(element).NewAttr("value", "%s", value.c_str()) && file.Save();
-        if (set)
-            shell_print_info("Set %s to %s", element, value.c_str());
-        else
-            shell_print_error("Failed set %s", element);
-        return set;
+    const Failures failures = {"Content-filter config parse fail", std::string("Failed set ") + element};
+    const bool set = Edit(Subject::kMode, failures, [&](File& file) {
+        return file.Select("/unit/%s", element).RemoveAll() &&
+               file.Root().AddChild(element).NewAttr("value", value);
     });
+    if (set)
+        PrintInfo("Set %s to %s", element, value);
+    return set;
 }
 
 } // namespace
@@ -71,7 +70,7 @@ bool SetContentFilterMode(bool on) {
         Node mode = file.SelectFirst("/unit/mode");
         if (!mode)
             mode = file.Root().AddChild("mode");
-        return mode.SetText("%s", on ? "on" : "off") && file.Save();
+        return mode.SetText("%s", on ? "on" : "off");
     });
 }
 

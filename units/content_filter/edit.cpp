@@ -1,6 +1,6 @@
 #include "units/content_filter/edit.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/processes.h"
 #include "units/content_filter/unit.h"
 
@@ -12,25 +12,28 @@ constexpr const char* kProxyScript = "/etc/init.d/http_proxy.sh";
 bool IsPermitted(Subject subject) {
     if (shell_spawn(kProxyScript, "squid_is_running", nullptr) != 0)
         return true;
-    shell_print_info("Can't edit %s. HTTP-proxy is running.", subject == Subject::kRules ? "rules" : "mode");
+    PrintInfo("Can't edit %s. HTTP-proxy is running.", subject == Subject::kRules ? "rules" : "mode");
     return false;
+}
+
+bool RefuseBehind(const std::string& failure) {
+    return failure.empty() ? false : Refuse("%s", failure);
 }
 
 } // namespace
 
-bool Edit(Subject subject, const std::string& load_failure, const std::function<bool(File&)>& change) {
-    if (!IsPermitted(subject))
-        return false;
+bool Open(Subject subject, File& file, const std::string& failure) {
+    return IsPermitted(subject) && (file.Load() || RefuseBehind(failure));
+}
+
+bool Edit(Subject subject, const Failures& failures, const std::function<bool(File&)>& change) {
     File file(kContentFilterUnit, "");
-    if (file.Load())
-        return change(file);
-    if (!load_failure.empty())
-        shell_print_error("%s", load_failure.c_str());
-    return false;
+    return Open(subject, file, failures.load) &&
+           ((change(file) && file.Save()) || RefuseBehind(failures.change));
 }
 
 bool Edit(Subject subject, const std::function<bool(File&)>& change) {
-    return Edit(subject, "", change);
+    return Edit(subject, {}, change);
 }
 
 } // namespace settings::content_filter

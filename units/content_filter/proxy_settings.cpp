@@ -1,9 +1,10 @@
 #include "units/content_filter/proxy_settings.h"
 
 #include "front/helpers/stream.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "units/content_filter/defaults.h"
 #include "units/content_filter/rule.h"
+#include "units/content_filter/rule_warnings.h"
 #include "units/content_filter/unit.h"
 
 #include <cerrno>
@@ -38,7 +39,7 @@ std::string FormatRule(std::size_t position, const RuleText& rule) {
     const std::string destination = AddAddressAcl(text, prefix, "destination", "dstdomain", rule.destination);
     if (!rule.mime_type.empty()) {
         const std::string mime =
-            AddAcl(text, prefix, "mime_type", "rep_mime_type -i ^" + rule.mime_type + "(;.*)?$");
+            AddAcl(text, prefix, "mime_type", "rep_mime_type -i " + FormatMimeTypes(rule.mime_type));
         text += "http_reply_access " + action + source + mime + destination + "\n";
     }
     if (!rule.command.empty()) {
@@ -48,16 +49,6 @@ std::string FormatRule(std::size_t position, const RuleText& rule) {
     return text;
 }
 
-std::string EscapePlus(const std::string& mime_type) {
-    std::string escaped;
-    for (const char character : mime_type) {
-        if (character == '+')
-            escaped += '\\';
-        escaped += character;
-    }
-    return escaped;
-}
-
 // The rules for replies come first, then those for requests. False when a rule had to be left out.
 bool FormatRules(const File& file, std::string& text) {
     const NodeSet rules = file.Select("/unit/rule");
@@ -65,14 +56,12 @@ bool FormatRules(const File& file, std::string& text) {
     bool good = true;
     for (std::size_t i = 0; i < rules.Size(); ++i) {
         RuleText rule = ReadRule(rules.At(i));
-        rule.mime_type = EscapePlus(rule.mime_type);
-        std::string fault;
-        if (!IsConfigurable(rule, fault)) {
-            shell_print_error("%s: rule %zu: the text of %s cannot stand in the proxy configuration",
-                              kContentFilterUnit, i + 1, fault.c_str());
-            good = false;
+        if (const char* unfit = FindUnfit(rule)) {
+            good = Refuse("%s: rule %zu: the text of %s cannot stand in the proxy configuration",
+                          kContentFilterUnit, i + 1, unfit);
             continue;
         }
+        WarnIfNeverApplied(i + 1, rule);
         const bool is_request = rule.mime_type.empty() && !rule.command.empty();
         (is_request ? held_back : text) += FormatRule(i + 1, rule);
     }
@@ -84,10 +73,9 @@ const char* Access(const std::string& default_action) {
     return default_action == "pass" ? "allow" : "deny";
 }
 
-bool ReportFailure() {
-    shell_print_error("%s: failed to apply %s configuration: %s", ConfigurationPath().c_str(),
-                      kContentFilterUnit, std::strerror(errno));
-    return false;
+bool RefuseFile() {
+    return Refuse("%s: failed to apply %s configuration: %s", ConfigurationPath(), kContentFilterUnit,
+                  std::strerror(errno));
 }
 
 } // namespace
@@ -95,7 +83,7 @@ bool ReportFailure() {
 bool WriteProxySettings(const File& file) {
     Stream out(std::fopen(ConfigurationPath().c_str(), "we"));
     if (out == nullptr)
-        return ReportFailure();
+        return RefuseFile();
     if (!IsContentFilterOn(file))
         return true;
     std::string text;
@@ -104,7 +92,7 @@ bool WriteProxySettings(const File& file) {
     text += std::string("http_reply_access ") + Access(GetDefaultReplyAction(file)) + " all\n";
     std::fwrite(text.data(), 1, text.size(), out.get());
     if (std::fflush(out.get()) != 0 || std::ferror(out.get()) != 0 || std::fclose(out.release()) != 0)
-        return ReportFailure();
+        return RefuseFile();
     return good;
 }
 

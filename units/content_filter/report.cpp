@@ -1,6 +1,6 @@
 #include "units/content_filter/report.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/processes.h"
 #include "units/content_filter/defaults.h"
 #include "units/content_filter/rule.h"
@@ -81,15 +81,11 @@ bool WriteReport(char* path, const File& file) {
     if (out == nullptr) {
         if (descriptor >= 0)
             close(descriptor);
-        shell_print_error("Unexpected case: can't open %s file for write", path);
-        return false;
+        return Refuse("Unexpected case: can't open %s file for write", path);
     }
     PrintRules(out, file);
     const bool written = std::ferror(out) == 0;
-    if (std::fclose(out) == 0 && written)
-        return true;
-    shell_print_error("%s: failed to write the rules", path);
-    return false;
+    return (std::fclose(out) == 0 && written) || Refuse("%s: failed to write the rules", path);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "units/content_filter/rules.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "units/content_filter/edit.h"
 #include "units/content_filter/unit.h"
 
@@ -32,10 +32,7 @@ std::size_t FindName(const NodeSet& rules, const std::string& name) {
 
 bool IsNameFree(const File& file, const std::string& name) {
     const NodeSet rules = SelectRules(file);
-    if (FindName(rules, name) == rules.Size())
-        return true;
-    shell_print_error("%s: duplicate rule name", name.c_str());
-    return false;
+    return FindName(rules, name) == rules.Size() || Refuse("%s: duplicate rule name", name);
 }
 
 // "rule_<k>" with k behind the first run of such names; a gap further on is not looked for.
@@ -57,33 +54,40 @@ std::string MakeName(const File& file) {
 }
 
 bool CheckTexts(const RuleText& text) {
-    std::string fault;
-    if (IsConfigurable(text, fault))
-        return true;
-    shell_print_error("content-filter: the text of %s cannot stand in the proxy configuration",
-                      fault.c_str());
-    return false;
+    const char* unfit = FindUnfit(text);
+    return unfit == nullptr ||
+           Refuse("content-filter: the text of %s cannot stand in the proxy configuration", unfit);
 }
 
 bool Populate(Node rule, const RuleText& text) {
-    bool good = text.name.empty() || rule.SetAttr("name", "%s", text.name.c_str());
+    bool good = text.name.empty() || rule.SetAttr("name", text.name);
     for (const RuleField& field : kRuleFields) {
         const std::string& value = text.*field.value;
-        good = good && (value.empty() || rule.AddChild(field.element, "%s", value.c_str()));
+        good = good && (value.empty() || rule.AddChild(field.element, value));
     }
-    if (!good)
-        shell_print_error("failed to populate configuration");
-    return good;
+    return good || Refuse("failed to populate configuration");
 }
 
 std::size_t ClampPosition(std::size_t position, std::size_t count) {
     return position == 0 || position > count ? count : position;
 }
 
-bool Move(const NodeSet& rules, std::size_t from, std::size_t to) {
-    Node target = rules.At(to - 1);
-    const Node rule = rules.At(from - 1);
-    return static_cast<bool>(to <= from ? target.AddPrevSibling(rule) : target.AddNextSibling(rule));
+// Moves the rule that `find` gives the position of. A rule that is in its place costs no writing.
+template <class... Arguments>
+bool Move(const std::function<std::size_t(const NodeSet&)>& find, std::size_t to,
+          FormatFor<Arguments...> failure, const Arguments&... arguments) {
+    File file(kContentFilterUnit, "");
+    if (!Open(Subject::kMode, file))
+        return false;
+    const NodeSet rules = SelectRules(file);
+    const std::size_t start = find(rules);
+    const std::size_t end = ClampPosition(to, rules.Size());
+    if (start == end)
+        return true;
+    Node target = rules.At(end - 1);
+    const Node rule = rules.At(start - 1);
+    const Node moved = end <= start ? target.AddPrevSibling(rule) : target.AddNextSibling(rule);
+    return moved ? file.Save() : Refuse<Arguments...>(failure, arguments...);
 }
 
 } // namespace
@@ -112,29 +116,25 @@ bool AddRule(std::size_t position, const std::string& name, const std::string& s
         Node rule = file.Root().AddChild("rule");
         if (next)
             rule = next.AddPrevSibling(rule);
-        if (!rule) {
-            shell_print_error("failed to create rule");
-            return false;
-        }
+        if (!rule)
+            return Refuse("failed to create rule");
         RuleText text{name, source, destination, command, mime_type, action};
         if (name.empty())
             text.name = MakeName(file);
         else if (!IsNameFree(file, name))
             return false;
-        return CheckTexts(text) && Populate(rule, text) && file.Save();
+        return CheckTexts(text) && Populate(rule, text);
     });
 }
 
 bool EditRule(std::size_t position, const std::string& name, const std::string& source,
               const std::string& destination, const std::string& command, const std::string& mime_type,
               const std::string& action) {
-    const std::string load_failure = "could not parse xml file " + GetFilePath(kContentFilterUnit);
-    return Edit(Subject::kRules, load_failure, [&](File& file) {
+    const Failures failures = {"could not parse xml file " + GetFilePath(kContentFilterUnit), ""};
+    return Edit(Subject::kRules, failures, [&](File& file) {
         const Node rule = FindRule(file, position);
-        if (!rule) {
-            shell_print_error("could not find rule with id %zu", position);
-            return false;
-        }
+        if (!rule)
+            return Refuse("could not find rule with id %zu", position);
         const RuleText text{name, source, destination, command, mime_type, action};
         if ((!name.empty() && !IsNameFree(file, name)) || !CheckTexts(text))
             return false;
@@ -142,56 +142,33 @@ bool EditRule(std::size_t position, const std::string& name, const std::string& 
             if (!(text.*field.value).empty())
                 file.SelectFrom(rule, "%s", field.element).RemoveAll();
         }
-        return Populate(rule, text) && file.Save();
+        return Populate(rule, text);
     });
 }
 
 bool MoveRule(std::size_t from, std::size_t to) {
-    return Edit(Subject::kMode, [&](File& file) {
-        const NodeSet rules = SelectRules(file);
-        const std::size_t start = ClampPosition(from, rules.Size());
-        const std::size_t end = ClampPosition(to, rules.Size());
-        if (start == end)
-            return true;
-        if (Move(rules, start, end))
-            return file.Save();
-        shell_print_error("failed to move from position %zu to position %zu", from, to);
-        return false;
-    });
+    return Move([from](const NodeSet& rules) { return ClampPosition(from, rules.Size()); }, to,
+                "failed to move from position %zu to position %zu", from, to);
 }
 
 bool MoveRuleByName(const std::string& name, std::size_t to) {
-    return Edit(Subject::kMode, [&](File& file) {
-        const NodeSet rules = SelectRules(file);
-        const std::size_t start = FindName(rules, name) + 1;
-        const std::size_t end = ClampPosition(to, rules.Size());
-        if (start == end)
-            return true;
-        if (Move(rules, start, end))
-            return file.Save();
-        shell_print_error("%s: failed to move to position %zu", name.c_str(), to);
-        return false;
-    });
+    return Move([&name](const NodeSet& rules) { return FindName(rules, name) + 1; }, to,
+                "%s: failed to move to position %zu", name, to);
 }
 
 bool DeleteRule(std::size_t position) {
-    return Edit(Subject::kRules, [&](File& file) {
+    const std::string failure = "failed to delete rule at position " + std::to_string(position);
+    return Edit(Subject::kRules, {"", failure}, [position](File& file) {
         Node rule = FindRule(file, position);
-        if (rule && rule.Remove() && file.Save())
-            return true;
-        shell_print_error("failed to delete rule at position %zu", position);
-        return false;
+        return rule && rule.Remove();
     });
 }
 
 bool DeleteRuleByName(const std::string& name) {
-    return Edit(Subject::kRules, [&](File& file) {
+    return Edit(Subject::kRules, {"", name + ": failed to delete rule"}, [&name](File& file) {
         const NodeSet rules = SelectRules(file);
         Node rule = rules.At(FindName(rules, name));
-        if (rule && rule.Remove() && file.Save())
-            return true;
-        shell_print_error("%s: failed to delete rule", name.c_str());
-        return false;
+        return rule && rule.Remove();
     });
 }
 

@@ -69,9 +69,13 @@ TEST_F(ContentFilterTest, GoldenConfigurationIsTakenByTheProxy) {
   <rule><source>@any</source><destination>@any</destination><http-command>GET</http-command>
     <action>pass</action></rule>
   <rule name="both"><source>10.1.0.0/16</source><destination>.c.example</destination>
-    <http-command>GET</http-command><mime-type>video/mp4</mime-type><action>drop</action></rule>
-  <rule name="neither"><source>10.2.0.1</source><destination>@any</destination><action>drop</action></rule>)");
-    Expect(Generate, true, {});
+    <http-command>GET</http-command><mime-type>video/mp4 image/svg+xml</mime-type><action>drop</action></rule>
+  <rule name="neither"><source>10.2.0.1</source><destination>@any</destination><action>drop</action></rule>
+  <rule name="by hand"><source>10.3.0.0/16&#9;10.4.0.0/16</source><destination>.d.example&#9;.e.example</destination>
+    <http-command>PUT&#9;DELETE</http-command><mime-type/><mime-type>video/mp4</mime-type>
+    <action>ask&#10;"whom</action><action>drop</action></rule>)");
+    Expect(Generate, true,
+           {"", "content-filter: rule 5: without http-command and mime-type it never applies\n"});
     support::ExpectGolden(kConfiguration, "units/content_filter/content-filter.conf");
     WriteFile("/etc/squid/test.conf",
               std::string("http_port 3128\nvisible_hostname gateway\ninclude ") + kConfiguration + "\n");
@@ -109,6 +113,7 @@ TEST_F(ContentFilterTest, TextsCannotBecomeDirectives) {
         {"<rule><source>\"/etc/shadow\"</source>", "source"},
         {"<rule><destination>.a.example\\</destination>", "destination"},
         {"<rule><http-command>GET&#13;</http-command>", "http-command"},
+        {"<rule><mime-type>a/b&#9;c/d</mime-type>", "mime-type"},
         {"<rule><mime-type>" + std::string(4001, '+') + "</mime-type>", "mime-type"},
     };
     for (const auto& [rule, fault] : cases) {
@@ -122,12 +127,45 @@ TEST_F(ContentFilterTest, TextsCannotBecomeDirectives) {
                   {"", "content-filter: the text of source cannot stand in the proxy configuration\n"});
 }
 
+// What the proxy takes and never finds in a request or reply.
+TEST_F(ContentFilterTest, RulesThatNeverApplyAreTold) {
+    const std::string any = "<source>@any</source><destination>@any</destination>";
+    const std::string get = "<http-command>GET</http-command>";
+    const std::pair<std::string, std::string> cases[] = {
+        {any, "without http-command and mime-type it never applies"},
+        {"<source> </source><destination>@any</destination>" + get, "without source it never applies"},
+        {"<source>@any</source>" + get, "without destination it never applies"},
+        {any + "<mime-type>text/html */*</mime-type>", "\"*/*\" in mime-type never matches"},
+        {any + "<mime-type>video/*</mime-type>", "\"video/*\" in mime-type never matches"},
+        {any + "<mime-type>video/[a-z</mime-type>", "\"video/[a-z\" in mime-type never matches"},
+        {any + "<mime-type>video/(mp4|mpeg) .*/.*</mime-type>", ""},
+        {any + "<http-command>HEAD GET,POST</http-command>", "\"GET,POST\" in http-command never matches"},
+        {any + "<http-command>M-SEARCH</http-command>", ""},
+        {"<source>@any</source><destination>-n</destination>" + get, "\"-n\" in destination never matches"},
+        {"<source>@any</source><destination>.a.example *.b.example</destination>" + get,
+         "\"*.b.example\" in destination never matches"},
+        {"<source>@any</source><destination>a.example:80</destination>" + get,
+         "\"a.example:80\" in destination never matches"},
+        {"<source>@any</source><destination>.a-b.example 10.0.0.1 2001:db8::1</destination>" + get, ""},
+    };
+    for (const auto& [fields, warning] : cases) {
+        Content("<mode>on</mode><rule>" + fields + "<action>drop</action></rule>");
+        Expect(Generate, true, {"", warning.empty() ? "" : "content-filter: rule 1: " + warning + "\n"});
+    }
+}
+
 TEST_F(ContentFilterTest, FullDiskIsReported) {
-    Content("<mode>on</mode>");
+    Content("<mode>on</mode><rule/>");
     support::FillDisk("/etc/squid");
     Expect(Generate, false,
-           {"", "/etc/squid/content-filter.conf: failed to apply content-filter configuration: "
+           {"", "content-filter: rule 1: without source it never applies\n"
+                "content-filter: rule 1: without destination it never applies\n"
+                "content-filter: rule 1: without http-command and mime-type it never applies\n"
+                "/etc/squid/content-filter.conf: failed to apply content-filter configuration: "
                 "No space left on device\n"});
+    support::FillDisk("/mnt/main/etc/settings");
+    Expect([] { return SetDefaultReplyAction("pass"); }, false,
+           {"", "content-filter: failed to write configuration\nFailed set default-reply-action\n"});
 }
 
 // Nothing is changed while the proxy runs, and it is asked once each time.
@@ -190,6 +228,10 @@ TEST_F(ContentFilterTest, ListOperations) {
         EXPECT_EQ(ListRuleNames(), cases[i].names);
         EXPECT_EQ(GetRuleCount(), cases[i].names.size());
     }
+    Names({"a", "b"}); // as nobody but a writer of ours would leave it
+    const std::string before = ReadFile(kSettings);
+    Expect([] { return MoveRule(2, 0) && MoveRuleByName("a", 1); }, true, {});
+    EXPECT_EQ(ReadFile(kSettings), before);
     WriteFile(kSettings, "<unit>");
     const std::string damaged = "content-filter: failed to parse configuration\n";
     ExpectRefusal([] { return EditRule(1, "x", "", "", "", "", ""); },
