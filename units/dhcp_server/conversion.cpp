@@ -1,7 +1,7 @@
 #include "units/dhcp_server/conversion.h"
 
 #include "front/helpers/stream.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 #include "records/conf_struct.h"
 #include "settings/file.h"
@@ -10,11 +10,13 @@
 #include "units/dhcp_server/model/options.h"
 #include "units/dhcp_server/model/paths.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <map>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace settings::dhcp_server {
@@ -38,6 +40,17 @@ constexpr ListRow kLists[] = {
     {"wins", "netbios-name-servers"},
 };
 
+// What the new settings are made of.
+struct Source {
+    std::string lease; // seconds
+    std::string interface;
+    corvanshell::InterfaceEntry entry; // of that interface
+    std::string start;                 // of the range; both or none
+    std::string end;
+    std::string mask;
+    std::vector<std::pair<const char*, Values>> lists; // by option
+};
+
 void TakeLine(OldSettings& settings, char* line) {
     line[std::strcspn(line, "#\n")] = '\0';
     char* rest = nullptr;
@@ -53,36 +66,23 @@ void TakeLine(OldSettings& settings, char* line) {
 
 bool ReadOldSettings(const std::string& path, OldSettings& settings) {
     const Stream input(std::fopen(path.c_str(), "re"));
-    if (input == nullptr) {
-        shell_print_error("DHCP server: %s: failed to open UDHCPD settings file: %s", path.c_str(),
-                          std::strerror(errno));
-        return false;
-    }
+    if (input == nullptr)
+        return Refuse("DHCP server: %s: failed to open UDHCPD settings file: %s", path, std::strerror(errno));
     char line[kLineSize];
     while (std::fgets(line, sizeof line, input.get()) != nullptr)
         TakeLine(settings, line);
-    if (std::ferror(input.get()) == 0)
-        return true;
-    shell_print_error("DHCP server: %s: failed to read UDHCPD settings file: %s", path.c_str(),
-                      std::strerror(errno));
-    return false;
+    return std::ferror(input.get()) == 0 ||
+           Refuse("DHCP server: %s: failed to read UDHCPD settings file: %s", path, std::strerror(errno));
 }
 
-// Looked at before the old settings file goes, so that it is not lost to words that no settings file can
-// hold.
-bool CheckTexts(const OldSettings& settings) {
-    for (const auto& [key, values] : settings) {
-        for (const std::string& value : values) {
-            if (!IsXmlText(value.c_str()))
-                return false;
-        }
-    }
-    return true;
+Values AllValues(const OldSettings& settings, const char* key) {
+    const auto found = settings.find(key);
+    return found != settings.end() ? found->second : Values();
 }
 
 std::string FirstValue(const OldSettings& settings, const char* key) {
-    const auto found = settings.find(key);
-    return found != settings.end() ? found->second.front() : "";
+    const Values values = AllValues(settings, key);
+    return values.empty() ? "" : values.front();
 }
 
 // From here on the process reads the records of the saved tree, which has no guards.
@@ -96,58 +96,73 @@ void SwitchToTree(const std::string& path) {
 
 bool RemoveSettings() {
     const std::string path = GetFilePath(kDhcpServerUnit);
-    if (unlink(path.c_str()) == 0 || errno == ENOENT)
-        return true;
-    shell_print_error("DHCP server: %s: failed to remove settings file: %s", path.c_str(),
-                      std::strerror(errno));
-    return false;
+    return unlink(path.c_str()) == 0 || errno == ENOENT ||
+           Refuse("DHCP server: %s: failed to remove settings file: %s", path, std::strerror(errno));
 }
 
-bool AddLeaseTimes(Node root, const OldSettings& settings) {
-    const std::string lease = FirstValue(settings, "lease");
-    return root.AddChild("default-lease-time", "%s", lease.empty() ? kTenDays : lease.c_str()) &&
+Source ReadSource(const OldSettings& settings) {
+    Source source;
+    source.lease = FirstValue(settings, "lease");
+    source.interface = FirstValue(settings, "interface");
+    if (source.interface.empty())
+        return source;
+    // An interface that the record doesn't know has neither address nor mask.
+    const corvanshell::CConfStruct record(path_list::local_settings, false);
+    static_cast<void>(record.FindInterface(source.interface, source.entry));
+    source.start = FirstValue(settings, "start");
+    source.end = FirstValue(settings, "end");
+    if (source.start.empty() || source.end.empty())
+        source.start = source.end = "";
+    source.mask = FirstValue(settings, "subnet");
+    for (const ListRow& row : kLists)
+        source.lists.emplace_back(row.option, AllValues(settings, row.old_key));
+    return source;
+}
+
+// Every text that goes into the new settings, looked at before the old ones go: they are not lost to a word
+// that no settings file can hold.
+bool CheckTexts(const Source& source) {
+    Values texts = {source.lease, source.interface, source.entry.address, source.entry.netmask,
+                    source.start, source.end,       source.mask};
+    for (const auto& [option, values] : source.lists)
+        texts.insert(texts.end(), values.begin(), values.end());
+    return std::ranges::all_of(texts, [](const std::string& text) { return IsXmlContent(text.c_str()); });
+}
+
+bool AddLeaseTimes(Node root, const Source& source) {
+    return root.AddChild("default-lease-time", source.lease.empty() ? kTenDays : source.lease) &&
            root.AddChild("max-lease-time", "%s", kTenDays);
 }
 
 // The subnet of an interface's own network, or of its address as it stands where the pair makes none.
-Node AddSubnet(Node root, const std::string& interface) {
-    corvanshell::InterfaceEntry entry;
-    const corvanshell::CConfStruct record(path_list::local_settings, false);
-    // An interface that the record doesn't know has neither address nor mask.
-    static_cast<void>(record.FindInterface(interface, entry));
-    const std::int64_t address = ParseAddressQuiet(entry.address);
-    const std::int64_t mask = ParseAddressQuiet(entry.netmask);
+Node AddSubnet(Node root, const Source& source) {
+    const std::int64_t address = ParseAddressQuiet(source.entry.address);
+    const std::int64_t mask = ParseAddressQuiet(source.entry.netmask);
     const bool valid = address != kNoAddress && mask != kNoAddress;
-    const std::string network = valid ? FormatAddress(address & mask) : entry.address;
     Node subnet = root.AddChild("subnet");
-    const bool made = subnet.NewAttr("address", "%s", network.c_str()) &&
-                      subnet.NewAttr("netmask", "%s", entry.netmask.c_str()) &&
-                      subnet.AddChild("interface", "%s", interface.c_str())
-                          .NewAttr("type", "listen")
-                          .NewAttr("address", "%s", entry.address.c_str());
+    const bool made =
+        subnet.NewAttr("address", valid ? FormatAddress(address & mask) : source.entry.address) &&
+        subnet.NewAttr("netmask", source.entry.netmask) &&
+        subnet.AddChild("interface", source.interface)
+            .NewAttr("type", "listen")
+            .NewAttr("address", source.entry.address);
     return made ? subnet : Node();
 }
 
-bool AddRange(Node subnet, const OldSettings& settings) {
-    const std::string start = FirstValue(settings, "start");
-    const std::string end = FirstValue(settings, "end");
-    if (start.empty() || end.empty())
-        return true;
-    Node range = subnet.AddChild("range").NewAttr("from", "%s", start.c_str());
-    return !range.NewAttr("to", "%s", end.c_str()).IsNull();
+bool AddRange(Node subnet, const Source& source) {
+    return source.start.empty() ||
+           subnet.AddChild("range").NewAttr("from", source.start).NewAttr("to", source.end);
 }
 
-bool AddOptions(Node subnet, const OldSettings& settings) {
-    const std::string mask = FirstValue(settings, "subnet");
-    if (!mask.empty() && !AddOptionChild(subnet, "subnet-mask", mask))
+bool AddOptions(Node subnet, const Source& source) {
+    if (!source.mask.empty() && !AddOptionChild(subnet, "subnet-mask", source.mask))
         return false;
-    for (const ListRow& row : kLists) {
-        const auto found = settings.find(row.old_key);
-        if (found == settings.end())
+    for (const auto& [name, values] : source.lists) {
+        if (values.empty())
             continue;
-        Node option = subnet.AddChild("option").NewAttr("name", "%s", row.option);
-        for (const std::string& value : found->second) {
-            if (!option.AddChild("address", "%s", value.c_str()))
+        Node option = subnet.AddChild("option").NewAttr("name", "%s", name);
+        for (const std::string& value : values) {
+            if (!option.AddChild("address", value))
                 return false;
         }
     }
@@ -158,17 +173,17 @@ bool AddOptions(Node subnet, const OldSettings& settings) {
 
 bool ConvertUdhcpdSettings(const std::string& path) {
     OldSettings settings;
-    if (!ReadOldSettings(path, settings) || !CheckTexts(settings))
+    if (!ReadOldSettings(path, settings))
         return false;
     SwitchToTree(path);
+    const Source source = ReadSource(settings);
     File file(kDhcpServerUnit, "");
-    if (!RemoveSettings() || !file.Load() || !AddLeaseTimes(file.Root(), settings))
+    if (!CheckTexts(source) || !RemoveSettings() || !file.Load() || !AddLeaseTimes(file.Root(), source))
         return false;
-    const std::string interface = FirstValue(settings, "interface");
-    if (interface.empty())
+    if (source.interface.empty())
         return true;
-    const Node subnet = AddSubnet(file.Root(), interface);
-    return subnet && AddRange(subnet, settings) && AddOptions(subnet, settings) && file.Save();
+    const Node subnet = AddSubnet(file.Root(), source);
+    return subnet && AddRange(subnet, source) && AddOptions(subnet, source) && file.Save();
 }
 
 } // namespace settings::dhcp_server

@@ -1,6 +1,6 @@
 #include "units/dhcp_server/edit.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "units/dhcp_server/model/gates.h"
 #include "units/dhcp_server/model/paths.h"
 
@@ -22,13 +22,12 @@ NodeSet SelectText(const Area& area, const File& file, const std::string& head, 
                    const std::string& tail) {
     if (!IsLiteral(text))
         return {};
-    return SelectIn(area, file, "%s", (head + text + tail).c_str());
+    return SelectIn(area, file, "%s", head + text + tail);
 }
 
-bool ReportMaximum(const Area& area, const char* label, std::size_t maximum) {
-    shell_print_error("DHCP server: %s: failed to add %s due to maximum number is reached: %zu",
-                      area.Name().c_str(), label, maximum);
-    return false;
+bool RefuseMore(const Area& area, const char* label, std::size_t maximum) {
+    return Refuse("DHCP server: %s: failed to add %s due to maximum number is reached: %zu", area.Name(),
+                  label, maximum);
 }
 
 } // namespace settings::dhcp_server

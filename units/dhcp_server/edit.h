@@ -20,7 +20,7 @@ namespace settings::dhcp_server {
 NodeSet SelectText(const Area& area, const File& file, const std::string& head, const std::string& text,
                    const std::string& tail = "']");
 
-// Says that the area holds no more than `maximum` of something. False, so that a check can end with it.
-bool ReportMaximum(const Area& area, const char* label, std::size_t maximum);
+// False, reported, where the area holds as many of something as it may.
+[[nodiscard]] bool RefuseMore(const Area& area, const char* label, std::size_t maximum);
 
 } // namespace settings::dhcp_server

@@ -1,6 +1,6 @@
 #include "units/dhcp_server/hosts.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "units/dhcp_server/edit.h"
 #include "units/dhcp_server/model/address_rules.h"
 #include "units/dhcp_server/removal.h"
@@ -14,20 +14,14 @@ constexpr const char* kHost = "host";
 
 bool CheckNameFree(const Host& host, const File& file) {
     const Node known = FirstIn(host, file);
-    if (!known)
-        return true;
-    shell_print_error("DHCP server: %s: %s is already in use within subnet %s/%s", host.Name().c_str(), kHost,
-                      known.Parent().GetAttr("address").c_str(), known.Parent().GetAttr("netmask").c_str());
-    return false;
+    return !known || Refuse("DHCP server: %s: %s is already in use within subnet %s/%s", host.Name(), kHost,
+                            known.Parent().GetAttr("address"), known.Parent().GetAttr("netmask"));
 }
 
 bool CheckMacFree(const Host& host, const NodeSet& hosts, const File& file, const std::string& mac) {
     for (std::size_t i = 0; i < hosts.Size(); ++i) {
-        if (file.SelectFrom(hosts.At(i), "hardware/@mac").At(0).GetText() != mac)
-            continue;
-        shell_print_error("DHCP server: %s: %s mac address is already in use", host.Name().c_str(),
-                          mac.c_str());
-        return false;
+        if (file.SelectFrom(hosts.At(i), "hardware/@mac").At(0).GetText() == mac)
+            return Refuse("DHCP server: %s: %s mac address is already in use", host.Name(), mac);
     }
     return true;
 }
@@ -35,9 +29,8 @@ bool CheckMacFree(const Host& host, const NodeSet& hosts, const File& file, cons
 bool AddNode(const Host& host, Node subnet, const std::string& mac, const std::string& address) {
     Node node = subnet.AddChild("host");
     Node hardware = node.AddChild("hardware");
-    return node.NewAttr("name", "%s", host.Name().c_str()) &&
-           node.AddChild("address", "%s", address.c_str()) && hardware.NewAttr("type", "ethernet") &&
-           hardware.NewAttr("mac", "%s", mac.c_str());
+    return node.NewAttr("name", host.Name()) && node.AddChild("address", address) &&
+           hardware.NewAttr("type", "ethernet") && hardware.NewAttr("mac", mac);
 }
 
 } // namespace
@@ -51,7 +44,7 @@ bool AddHost(const Host& host, const Subnet& subnet, const std::string& mac, con
         if (!node)
             return false;
         if (hosts.Size() >= kMaximumHosts)
-            return ReportMaximum(host, kHost, kMaximumHosts);
+            return RefuseMore(host, kHost, kMaximumHosts);
         if (!CheckAddressScope(subnet, file, host.Name().c_str(), address))
             return false;
         WarnIfNotPrivate(host, address, "host address");

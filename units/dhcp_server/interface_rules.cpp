@@ -4,6 +4,7 @@
 #include "platform/network.h"
 #include "platform/path_list.h"
 #include "records/common_conf_struct.h"
+#include "units/dhcp_relay/rules/interface_index.h"
 #include "units/dhcp_relay/rules/lookup.h"
 #include "units/dhcp_server/model/address_rules.h"
 #include "units/dhcp_server/model/addresses.h"
@@ -87,8 +88,8 @@ std::string NetworkOf(const InterfaceEntry& entry, const std::string& interface)
 bool CheckNewAddress(File& file, const LocalSubnet& subnet, const std::string& address,
                      const std::string& netmask) {
     return file.Load() &&
-           CheckDynamicRangeUse(subnet, ReadRanges(SelectIn(subnet, file, "range[@from and @to]")), false,
-                                "interface address", address) &&
+           CheckDynamicRangeUse(subnet, subnet.LevelIn(file)->Subnet()->Ranges(), false, "interface address",
+                                address) &&
            (netmask == kUnchanged || CheckSubnetMaskScope(subnet, file, netmask));
 }
 
@@ -108,6 +109,18 @@ bool MaySetClass(const std::string& interface, const std::string& new_class, boo
     PrintWarning("DHCP server: interface %s can set %s class but it is present in DHCP server configuration",
                  interface, new_class);
     return true;
+}
+
+// `find_relay` gives the ID of the relay that uses an interface.
+template <class FindRelay>
+bool CheckServed(const CConfStruct& record, const FindRelay& find_relay, const std::string& interface,
+                 bool is_listen, bool strict) {
+    if (interface.empty())
+        return Refuse("DHCP server: listen interface is incorrect");
+    const std::string relay = is_listen ? find_relay(interface) : "";
+    if (!relay.empty())
+        return Refuse("DHCP server: %s: %s is used by DHCP relay %s", interface, kListenInterface, relay);
+    return CheckInterfaceUsable(record, interface, is_listen ? kListenInterface : kRelayInterface, strict);
 }
 
 } // namespace
@@ -132,16 +145,24 @@ bool CheckInterfaceUsable(const std::string& interface, const char* label, bool 
 
 bool CheckServedInterface(const CConfStruct& record, const std::string& interface, bool is_listen,
                           bool strict) {
-    if (interface.empty())
-        return Refuse("DHCP server: listen interface is incorrect");
-    const std::string relay = is_listen ? dhcp_relay::FindRelayByInterface(interface) : "";
-    if (!relay.empty())
-        return Refuse("DHCP server: %s: %s is used by DHCP relay %s", interface, kListenInterface, relay);
-    return CheckInterfaceUsable(record, interface, is_listen ? kListenInterface : kRelayInterface, strict);
+    return CheckServed(
+        record, [](const std::string& name) { return dhcp_relay::FindRelayByInterface(name); }, interface,
+        is_listen, strict);
+}
+
+bool CheckServedInterface(const CConfStruct& record, const dhcp_relay::InterfaceIndex& relays,
+                          const std::string& interface, bool is_listen, bool strict) {
+    return CheckServed(
+        record, [&](const std::string& name) { return relays.Find(name); }, interface, is_listen, strict);
 }
 
 bool CheckServedInterface(const std::string& interface, bool is_listen, bool strict) {
     return CheckServedInterface(ReadNetworkRecord(), interface, is_listen, strict);
+}
+
+bool RefuseRelay(const Area& area) {
+    return Refuse("DHCP server: %s: relay interface does not correspond to any listen interface",
+                  area.Name());
 }
 
 bool UpdateListenInterface(const CConfStruct& record, File& file, const std::string& interface, bool strict) {

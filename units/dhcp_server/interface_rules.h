@@ -2,8 +2,13 @@
 
 #include "records/conf_struct.h"
 #include "settings/file.h"
+#include "units/dhcp_server/model/area.h"
 
 #include <string>
+
+namespace settings::dhcp_relay {
+class InterfaceIndex;
+}
 
 // The rules between the DHCP server and the appliance's interfaces.
 
@@ -16,9 +21,16 @@ namespace settings::dhcp_server {
 [[nodiscard]] bool CheckServedInterface(const std::string& interface, bool is_listen, bool strict);
 [[nodiscard]] bool CheckServedInterface(const corvanshell::CConfStruct& record, const std::string& interface,
                                         bool is_listen, bool strict);
+// The same for a walk, which knows the relays.
+[[nodiscard]] bool CheckServedInterface(const corvanshell::CConfStruct& record,
+                                        const dhcp_relay::InterfaceIndex& relays,
+                                        const std::string& interface, bool is_listen, bool strict);
 [[nodiscard]] bool CheckInterfaceUsable(const std::string& interface, const char* label, bool strict);
 [[nodiscard]] bool CheckInterfaceUsable(const corvanshell::CConfStruct& record, const std::string& interface,
                                         const char* label, bool strict);
+
+// False, reported, for a remote subnet whose relay interface serves no subnet of its own.
+[[nodiscard]] bool RefuseRelay(const Area& area);
 
 // Brings the subnet of a listen interface along with the interface's changed address or mask, and saves. True
 // and nothing done when the server does not use the interface.

@@ -1,6 +1,6 @@
 #include "units/dhcp_server/line_writer.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "units/dhcp_server/model/paths.h"
 
 #include <cerrno>
@@ -11,36 +11,44 @@ namespace settings::dhcp_server {
 namespace {
 
 // Whether the daemon reads the text as a part of one statement (dhcpd.conf(5)): it ends none, begins no block
-// and no comment, and leaves no quoted text open.
+// and no comment, and leaves no quoted text open. A quoted text ends with its line.
 bool StaysOneValue(std::string_view text) {
     constexpr std::string_view kMarks = ";{}#";
     bool is_quoted = false;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char letter = text[i];
-        if (static_cast<unsigned char>(letter) < ' ')
-            return false;
         if (letter == '"')
             is_quoted = !is_quoted;
         else if (is_quoted && letter == '\\')
             ++i;
-        else if (!is_quoted && kMarks.find(letter) != std::string_view::npos)
+        else if (is_quoted ? letter == '\n' : kMarks.find(letter) != std::string_view::npos)
             return false;
     }
     return !is_quoted;
 }
 
+// Whether the text is one quoted word when it stands in quotes.
+bool FitsInQuotes(std::string_view text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '"' || text[i] == '\n' || (text[i] == '\\' && ++i == text.size()))
+            return false;
+    }
+    return true;
+}
+
+bool RefuseValue(const std::string& key) {
+    return Refuse("DHCP server: %s: the value would be more than a value to the daemon", key);
+}
+
 } // namespace
 
-bool ReportWriteFailure(TreeWriter& writer) {
+bool RefuseWriting(TreeWriter& writer) {
     if (writer.write_failed)
         return false;
     writer.write_failed = true;
-    if (writer.daemon_form)
-        shell_print_error("DHCP server: %s: failed to write daemon settings: %s", kDaemonSettings,
-                          std::strerror(errno));
-    else
-        shell_print_error("DHCP server: failed to print daemon settings");
-    return false;
+    return writer.daemon_form ? Refuse("DHCP server: %s: failed to write daemon settings: %s",
+                                       kDaemonSettings, std::strerror(errno))
+                              : Refuse("DHCP server: failed to print daemon settings");
 }
 
 bool WriteLine(TreeWriter& writer, const std::string& text) {
@@ -48,14 +56,11 @@ bool WriteLine(TreeWriter& writer, const std::string& text) {
         return true;
     const int width = static_cast<int>(text.size()) + 2 * writer.depth;
     std::fprintf(writer.out, "%*s\n", width, text.c_str());
-    return std::ferror(writer.out) == 0 || ReportWriteFailure(writer);
+    return std::ferror(writer.out) == 0 || RefuseWriting(writer);
 }
 
 bool CheckValue(const TreeWriter& writer, const std::string& key, const std::string& value) {
-    if (!writer.daemon_form || StaysOneValue(value))
-        return true;
-    shell_print_error("DHCP server: %s: the value would be more than a value to the daemon", key.c_str());
-    return false;
+    return !writer.daemon_form || (StaysOneValue(key) && StaysOneValue(value)) || RefuseValue(key);
 }
 
 bool WriteSetting(TreeWriter& writer, const std::string& key, const std::string& value) {
@@ -68,6 +73,12 @@ bool WriteSetting(TreeWriter& writer, const std::string& key, const std::string&
 
 bool WriteOption(TreeWriter& writer, const std::string& name, const std::string& value) {
     return WriteSetting(writer, "option " + name, value);
+}
+
+bool WriteQuotedOption(TreeWriter& writer, const std::string& name, const std::string& text) {
+    if (writer.daemon_form && !FitsInQuotes(text))
+        return RefuseValue("option " + name);
+    return WriteOption(writer, name, "\"" + text + "\"");
 }
 
 bool WriteAddressList(TreeWriter& writer, const std::string& name, Node node, const char* child) {

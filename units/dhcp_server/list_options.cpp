@@ -1,6 +1,6 @@
 #include "units/dhcp_server/list_options.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "units/dhcp_server/edit.h"
 #include "units/dhcp_server/model/address_rules.h"
 #include "units/dhcp_server/model/options.h"
@@ -30,10 +30,8 @@ std::string ValuePath(const std::string& option, const std::string& child, bool 
 
 bool CheckUnused(const Area& area, const File& file, const char* option, const char* label, const char* child,
                  const std::string& value) {
-    if (!SelectText(area, file, ValuePath(option, child, true), value))
-        return true;
-    shell_print_error("DHCP server: %s: %s %s is already in use", area.Name().c_str(), label, value.c_str());
-    return false;
+    return !SelectText(area, file, ValuePath(option, child, true), value) ||
+           Refuse("DHCP server: %s: %s %s is already in use", area.Name(), label, value);
 }
 
 // Routers count only what the operator has set, and the limit is looked at first; they must suit the subnet.
@@ -41,7 +39,7 @@ bool CheckRouter(const Area& area, const File& file, const std::string& value) {
     const NodeSet known =
         SelectIn(area, file, "option[@name = '%s' and not(@auto = 'yes')]/address", kRouters.name);
     if (known.Size() >= kRouters.maximum)
-        return ReportMaximum(area, kRouters.label, kRouters.maximum);
+        return RefuseMore(area, kRouters.label, kRouters.maximum);
     return CheckUnused(area, file, kRouters.name, kRouters.label, kChild, value) &&
            CheckAddressScope(area, file, kRouters.label, value) &&
            CheckAddressFree(area, file, false, kRouters.label, value);
@@ -54,11 +52,8 @@ bool AddValue(const Area& area, const ListOption& option, const std::string& val
 bool RemoveValue(const Area& area, const ListOption& option, const std::string& value) {
     return EditArea(area, [&](File& file, Node /*node*/) {
         Node found = SelectText(area, file, ValuePath(option.name, kChild, false), value).At(0);
-        if (!found) {
-            shell_print_error("DHCP server: %s: %s %s is not in use", area.Name().c_str(), option.label,
-                              value.c_str());
-            return false;
-        }
+        if (!found)
+            return Refuse("DHCP server: %s: %s %s is not in use", area.Name(), option.label, value);
         Node parent = found.Parent();
         return found.Remove() && (parent.FirstChild().IsNamed(kChild) || parent.Remove());
     });
@@ -76,8 +71,8 @@ bool AddListOptionValue(const Area& area, const char* option, const char* label,
         if (!list)
             return false;
         if (maximum != 0 && SelectIn(area, file, "option[@name = '%s']/%s", option, child).Size() >= maximum)
-            return ReportMaximum(area, label, maximum);
-        return !list.AddChild(child, "%s", value.c_str()).IsNull();
+            return RefuseMore(area, label, maximum);
+        return !list.AddChild(child, value).IsNull();
     });
 }
 
@@ -86,9 +81,7 @@ bool AddRouter(const Area& area, const std::string& value) {
         if (!CheckRouter(area, file, value))
             return false;
         WarnIfNotPrivate(area, value, kRouters.label);
-        return !FindOrCreateOption(area, file, kRouters.name, nullptr)
-                    .AddChild(kChild, "%s", value.c_str())
-                    .IsNull();
+        return !FindOrCreateOption(area, file, kRouters.name, nullptr).AddChild(kChild, value).IsNull();
     });
 }
 

@@ -1,6 +1,6 @@
 #include "units/dhcp_server/option_writer.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "units/dhcp_server/line_writer.h"
 #include "units/dhcp_server/model/address_rules.h"
 
@@ -19,10 +19,6 @@ struct CustomType {
 };
 
 constexpr CustomType kCustomTypes[] = {{"ip", "ip-address"}, {"ascii", "text"}, {"hex", "string"}};
-
-std::string Quote(const std::string& text) {
-    return "\"" + text + "\"";
-}
 
 bool PassAny(TreeWriter& /*writer*/, const Area& /*area*/, Node /*option*/) {
     return true;
@@ -46,8 +42,8 @@ bool WriteText(TreeWriter& writer, Node option) {
 }
 
 bool WriteQuotedText(TreeWriter& writer, Node option) {
-    const std::string text = option.GetText();
-    return WriteOption(writer, option.GetAttr("name"), writer.daemon_form ? Quote(text) : text);
+    return writer.daemon_form ? WriteQuotedOption(writer, option.GetAttr("name"), option.GetText())
+                              : WriteText(writer, option);
 }
 
 bool WriteTftpServer(TreeWriter& writer, Node option) {
@@ -56,7 +52,7 @@ bool WriteTftpServer(TreeWriter& writer, Node option) {
     if (!writer.daemon_form)
         return WriteOption(writer, "tftp-server", server + ", file = " + file);
     const bool written = WriteSetting(writer, "next-server", server);
-    return (file.empty() || WriteOption(writer, "bootfile-name", Quote(file))) && written;
+    return (file.empty() || WriteQuotedOption(writer, "bootfile-name", file)) && written;
 }
 
 bool WriteList(TreeWriter& writer, Node option) {
@@ -87,7 +83,8 @@ bool WriteCustomOption(TreeWriter& writer, Node option, const std::string& numbe
     const std::string text = option.GetText();
     if (!writer.daemon_form)
         return WriteOption(writer, number + ", " + type, text);
-    return WriteOption(writer, "opt-" + number, type == "ascii" ? Quote(text) : text);
+    const std::string name = "opt-" + number;
+    return type == "ascii" ? WriteQuotedOption(writer, name, text) : WriteOption(writer, name, text);
 }
 
 bool WriteDeclaration(TreeWriter& writer, const std::string& number, const std::string& type) {
@@ -95,8 +92,7 @@ bool WriteDeclaration(TreeWriter& writer, const std::string& number, const std::
         if (type == row.name)
             return WriteOption(writer, "opt-" + number, "code " + number + " = " + row.daemon_name);
     }
-    shell_print_error("DHCP server: unknown type of %s %s: %s", kCustomOption, number.c_str(), type.c_str());
-    return false;
+    return Refuse("DHCP server: unknown type of %s %s: %s", kCustomOption, number, type);
 }
 
 // The custom options that a walk in document order has met, descendant::option[@num and @type].
@@ -120,11 +116,9 @@ private:
         const auto [known, is_new] = types_.emplace(number, type);
         if (is_new)
             return WriteDeclaration(writer_, number, type);
-        if (known->second == type)
-            return true;
-        shell_print_error("DHCP server: %s %s has different types across settings: %s and %s", kCustomOption,
-                          number.c_str(), known->second.c_str(), type.c_str());
-        return false;
+        return known->second == type ||
+               Refuse("DHCP server: %s %s has different types across settings: %s and %s", kCustomOption,
+                      number, known->second, type);
     }
 
     TreeWriter& writer_;

@@ -1,7 +1,7 @@
 #include "units/dhcp_server/report.h"
 
 #include "front/reports/report.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/processes.h"
 #include "records/common_conf_struct.h"
 #include "units/dhcp_server/model/area.h"
@@ -43,9 +43,7 @@ bool IsOptionName(const std::string& mode) {
     const bool good = !mode.empty() && std::all_of(mode.begin(), mode.end(), [](unsigned char letter) {
         return std::isalnum(letter) != 0 || letter == '-';
     });
-    if (!good)
-        shell_print_error("DHCP server: %s: unknown form of the leases report", mode.c_str());
-    return good;
+    return good || Refuse("DHCP server: %s: unknown form of the leases report", mode);
 }
 
 // Without the first line, with its times marked as UTC, without what a carriage return overwrites, and cut to
@@ -55,18 +53,15 @@ bool WriteLeases(const std::string& mode, const std::string& path) {
     const std::string command = "{ /usr/sbin/dhcp-lease-list --" + mode +
                                 " | sed -e '1d;s|valid until|& (UTC)|;s|.*\\r||' | cut -c -70 > " + path +
                                 "; } 2>/dev/null";
-    if (shell_spawn("/bin/sh", "-c", command.c_str(), nullptr) == 0)
-        return true;
-    shell_print_error("DHCP server: failed to get leases information");
-    return false;
+    return shell_spawn("/bin/sh", "-c", command.c_str(), nullptr) == 0 ||
+           Refuse("DHCP server: failed to get leases information");
 }
 
 bool ShowDatabase(lock_tool::FileLock& lock) {
     const Stream database(std::fopen(kLeaseDatabase, "re"));
-    if (database != nullptr)
-        return ShowFile(lock, kLeaseDatabase);
-    shell_print_error("DHCP server: failed to access lease database file: %s", std::strerror(errno));
-    return false;
+    if (database == nullptr)
+        return Refuse("DHCP server: failed to access lease database file: %s", std::strerror(errno));
+    return ShowFile(lock, kLeaseDatabase);
 }
 
 } // namespace

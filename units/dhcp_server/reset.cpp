@@ -1,7 +1,8 @@
 #include "units/dhcp_server/reset.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "units/dhcp_server/model/area.h"
+#include "units/dhcp_server/model/gates.h"
 #include "units/dhcp_server/model/paths.h"
 #include "units/dhcp_server/single_options.h"
 
@@ -16,19 +17,18 @@ namespace {
 
 constexpr const char* kTenDays = "864000"; // seconds
 
-bool ReportFailure(const std::string& path, const char* what) {
-    shell_print_error("DHCP server: %s: failed to remove %s: %s", path.c_str(), what, std::strerror(errno));
-    return false;
+bool RefuseRemoval(const std::string& path, const char* what) {
+    return Refuse("DHCP server: %s: failed to remove %s: %s", path, what, std::strerror(errno));
 }
 
 bool RemoveFile(const std::string& path, const char* what) {
-    return unlink(path.c_str()) == 0 || errno == ENOENT || ReportFailure(path, what);
+    return unlink(path.c_str()) == 0 || errno == ENOENT || RefuseRemoval(path, what);
 }
 
 // Only the file's end is what there was of leases; the daemon wants the file itself to be there.
 bool EmptyLeases() {
     std::FILE* leases = std::fopen(kLeaseDatabase, "we");
-    return (leases != nullptr && std::fclose(leases) == 0) || ReportFailure(kLeaseDatabase, "leases history");
+    return (leases != nullptr && std::fclose(leases) == 0) || RefuseRemoval(kLeaseDatabase, "leases history");
 }
 
 bool MakeDefaultSettings() {
@@ -44,6 +44,8 @@ bool MakeDefaultSettings() {
 } // namespace
 
 bool ResetDhcpServerSettings() {
+    if (!IsChangePermitted())
+        return false;
     bool done = RemoveFile(GetFilePath(kDhcpServerUnit), "settings file") && MakeDefaultSettings();
     done = RemoveFile(kDaemonSettings, "daemon settings file") && done;
     done = RemoveFile(kDaemonExtraSettings, "daemon listening interfaces file") && done;

@@ -1,10 +1,11 @@
 #include "units/dhcp_server/single_options.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/network.h"
 #include "units/dhcp_server/edit.h"
 #include "units/dhcp_server/model/address_rules.h"
 #include "units/dhcp_server/model/addresses.h"
+#include "units/dhcp_server/model/level.h"
 #include "units/dhcp_server/model/options.h"
 
 namespace settings::dhcp_server {
@@ -25,17 +26,16 @@ constexpr const char* kCustomOption = "custom option";
 
 void WarnOfOverwriting(const Area& area, const char* label, const std::string& old_text,
                        const std::string& value) {
-    shell_print_warning("DHCP server: %s: %s %s will be overwritten with %s", area.Name().c_str(), label,
-                        old_text.c_str(), value.c_str());
+    PrintWarning("DHCP server: %s: %s %s will be overwritten with %s", area.Name(), label, old_text, value);
 }
 
 // Removes what the path finds below the area.
 bool Clear(const Area& area, const std::string& path, const char* label) {
     return EditArea(area, [&](File& file, Node /*node*/) {
-        Node found = FirstIn(area, file, "%s", path.c_str());
+        Node found = FirstIn(area, file, "%s", path);
         if (!found)
-            shell_print_error("DHCP server: %s: %s is not set", area.Name().c_str(), label);
-        return found && found.Remove();
+            return Refuse("DHCP server: %s: %s is not set", area.Name(), label);
+        return found.Remove();
     });
 }
 
@@ -43,20 +43,18 @@ bool Clear(const Area& area, const std::string& path, const char* label) {
 bool SetElementText(Node node, Node element, const char* name, const std::string& text) {
     if (!element)
         element = node.AddChild(name);
-    return element.SetText("%s", text.c_str());
+    return element.SetText(text);
 }
 
-bool HasOtherType(const File& file, const std::string& number, const std::string& type) {
+// No option of that number has another type, wherever it stands.
+bool CheckType(const File& file, const std::string& number, const std::string& type) {
     const NodeSet options = SelectIn(Area(), file, "descendant::option[@num and @type]");
     for (std::size_t i = 0; i < options.Size(); ++i) {
         const std::string known = options.At(i).GetAttr("type");
-        if (options.At(i).GetAttr("num") != number || known == type)
-            continue;
-        shell_print_error("DHCP server: %s %s already has different type: %s", kCustomOption, number.c_str(),
-                          known.c_str());
-        return true;
+        if (options.At(i).GetAttr("num") == number && known != type)
+            return Refuse("DHCP server: %s %s already has different type: %s", kCustomOption, number, known);
     }
-    return false;
+    return true;
 }
 
 } // namespace
@@ -78,8 +76,8 @@ bool ClearSubnetMask(const Area& area) {
 
 bool SetBroadcastAddress(const Area& area) {
     return EditArea(area, [&](File& file, Node /*node*/) {
-        const std::string value =
-            corvanshell::getbrcast(GetSubnetAddress(area, file), GetSubnetMask(area, file));
+        const std::shared_ptr<Level> level = area.LevelIn(file);
+        const std::string value = corvanshell::getbrcast(level->Address(), level->Mask());
         // The whole unit has none, and neither has a damaged subnet.
         if (ParseAddress(value, area.Name(), kBroadcastAddress.label) == kNoAddress)
             return false;
@@ -106,7 +104,7 @@ bool ClearDomainName(const Area& area) {
 bool SetTftpServer(const Area& area, const std::string& server, const std::string& boot_file) {
     return EditArea(area, [&](File& file, Node /*node*/) {
         Node option = SetOptionWithWarning(area, file, kTftpServer.name, kTftpServer.label, server);
-        return option && (boot_file.empty() || option.SetAttr("file", "%s", boot_file.c_str()));
+        return option && (boot_file.empty() || option.SetAttr("file", boot_file));
     });
 }
 
@@ -127,16 +125,15 @@ bool ClearNamedOption(const Area& area, const char* name, const char* label) {
 bool SetCustomOption(const Area& area, const std::string& number, const std::string& type,
                      const std::string& value) {
     return EditArea(area, [&](File& file, Node node) {
-        if (HasOtherType(file, number, type))
+        if (!CheckType(file, number, type))
             return false;
         Node option = SelectText(area, file, "option[@num = '", number).At(0);
         if (option)
-            shell_print_warning("DHCP server: %s: %s %s %s will be overwritten with %s", area.Name().c_str(),
-                                number.c_str(), kCustomOption, option.GetText().c_str(), value.c_str());
+            PrintWarning("DHCP server: %s: %s %s %s will be overwritten with %s", area.Name(), number,
+                         kCustomOption, option.GetText(), value);
         else
             option = node.AddChild("option");
-        return option.SetText("%s", value.c_str()) && option.SetAttr("num", "%s", number.c_str()) &&
-               option.SetAttr("type", "%s", type.c_str());
+        return option.SetText(value) && option.SetAttr("num", number) && option.SetAttr("type", type);
     });
 }
 
@@ -144,9 +141,8 @@ bool ClearCustomOption(const Area& area, const std::string& number) {
     return EditArea(area, [&](File& file, Node /*node*/) {
         Node option = SelectText(area, file, "option[@num = '", number).At(0);
         if (!option)
-            shell_print_error("DHCP server: %s: %s %s is not set", area.Name().c_str(), number.c_str(),
-                              kCustomOption);
-        return option && option.Remove();
+            return Refuse("DHCP server: %s: %s %s is not set", area.Name(), number, kCustomOption);
+        return option.Remove();
     });
 }
 
@@ -168,8 +164,8 @@ bool SetMaxLeaseTime(const Area& area, const std::string& seconds) {
         const Node known = FirstIn(area, file, "%s", kMaxLeaseTime.name);
         // Without the area's name, unlike the default lease time. Kept.
         if (known)
-            shell_print_warning("DHCP server: %s %s will be overwritten with %s", kMaxLeaseTime.label,
-                                known.GetText().c_str(), seconds.c_str());
+            PrintWarning("DHCP server: %s %s will be overwritten with %s", kMaxLeaseTime.label,
+                         known.GetText(), seconds);
         return SetElementText(node, known, kMaxLeaseTime.name, seconds);
     });
 }

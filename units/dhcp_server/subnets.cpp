@@ -1,6 +1,6 @@
 #include "units/dhcp_server/subnets.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/network.h"
 #include "platform/path_list.h"
 #include "records/common_conf_struct.h"
@@ -9,7 +9,6 @@
 #include "units/dhcp_server/interface_rules.h"
 #include "units/dhcp_server/model/address_rules.h"
 #include "units/dhcp_server/model/addresses.h"
-#include "units/dhcp_server/model/gates.h"
 #include "units/dhcp_server/model/options.h"
 #include "units/dhcp_server/model/paths.h"
 #include "units/dhcp_server/removal.h"
@@ -27,18 +26,13 @@ constexpr const char* kRouter = "router";
 bool CheckInterfaceFree(const LocalSubnet& subnet, const File& file) {
     const NodeSet used =
         file.Select("/unit/subnet[@address and @netmask]/interface[@type = 'listen' and text()]");
-    if (used.Size() >= kMaximumListenInterfaces) {
-        shell_print_error(
+    if (used.Size() >= kMaximumListenInterfaces)
+        return Refuse(
             "DHCP server: %s: failed to add interface due to maximum number of listen interfaces: %zu",
-            subnet.Name().c_str(), kMaximumListenInterfaces);
-        return false;
-    }
+            subnet.Name(), kMaximumListenInterfaces);
     const Node known = FirstIn(subnet, file);
-    if (known)
-        shell_print_error("DHCP server: %s: interface is already in use within subnet %s/%s",
-                          subnet.Name().c_str(), known.GetAttr("address").c_str(),
-                          known.GetAttr("netmask").c_str());
-    return !known;
+    return !known || Refuse("DHCP server: %s: interface is already in use within subnet %s/%s", subnet.Name(),
+                            known.GetAttr("address"), known.GetAttr("netmask"));
 }
 
 // An option of the program's own, with its text or with the one address that it lists.
@@ -49,7 +43,7 @@ bool AddManagedOption(Node subnet, const char* name, const std::string& text) {
 bool AddManagedList(Node subnet, const char* name, const std::string& address) {
     Node option = subnet.AddChild("option");
     return option.NewAttr("name", "%s", name) && option.NewAttr("auto", "yes") &&
-           option.AddChild("address", "%s", address.c_str());
+           option.AddChild("address", address);
 }
 
 bool AddServices(Node subnet, const std::string& address) {
@@ -60,7 +54,7 @@ bool AddServices(Node subnet, const std::string& address) {
 }
 
 Node AddInterface(Node subnet, const std::string& interface, const char* type) {
-    return subnet.AddChild("interface", "%s", interface.c_str()).NewAttr("type", "%s", type);
+    return subnet.AddChild("interface", interface).NewAttr("type", "%s", type);
 }
 
 // The subnet of an interface's own address, with the interface in it.
@@ -75,50 +69,32 @@ bool AddServedSubnet(const LocalSubnet& subnet, const File& file) {
     if (address == kNoAddress || mask == kNoAddress)
         return false;
     const Node node = CreateSubnet(subnet, file, FormatAddress(address & mask), entry.netmask);
-    return node && AddInterface(node, interface, "listen").NewAttr("address", "%s", entry.address.c_str()) &&
+    return node && AddInterface(node, interface, "listen").NewAttr("address", entry.address) &&
            AddServices(node, entry.address);
-}
-
-void ReportNoListenInterface(const Area& area) {
-    shell_print_error("DHCP server: %s: relay interface does not correspond to any listen interface",
-                      area.Name().c_str());
 }
 
 bool CheckApartFrom(const Area& area, const Range& old, const Range& added) {
     if (!HasBounds(area, old))
         return false;
-    if (old.from > old.to) {
-        shell_print_error("DHCP server: %s: %s [%s - %s] is invalid", area.Name().c_str(), kRangeLabel,
-                          old.from_text.c_str(), old.to_text.c_str());
-        return false;
-    }
-    if (added.to < old.from || added.from > old.to)
-        return true;
-    shell_print_error("DHCP server: %s: %s [%s - %s] intersects with %s [%s - %s]", area.Name().c_str(),
-                      kRangeLabel, added.from_text.c_str(), added.to_text.c_str(), kRangeLabel,
-                      old.from_text.c_str(), old.to_text.c_str());
-    return false;
+    return old.from > old.to ? RefuseInvalid(area, old) : CheckApart(area, added, old);
 }
 
 bool CheckRouterOutside(const Area& area, const std::string& router, const Range& added) {
     const std::int64_t address = ParseAddress(router, area.Name(), kRouter);
     if (address == kNoAddress)
         return false;
-    if (address < added.from || address > added.to)
-        return true;
-    shell_print_error("DHCP server: %s: address %s of %s is in the dynamic address range [%s - %s]",
-                      area.Name().c_str(), router.c_str(), kRouter, added.from_text.c_str(),
-                      added.to_text.c_str());
-    return false;
+    return address < added.from || address > added.to ||
+           Refuse("DHCP server: %s: address %s of %s is in the dynamic address range [%s - %s]", area.Name(),
+                  router, kRouter, added.from_text, added.to_text);
 }
 
 bool CheckNewRange(const Area& area, const File& file, const std::string& from, const std::string& to) {
     const NodeSet known = SelectIn(area, file, "range");
     if (known.Size() >= kMaximumRanges)
-        return ReportMaximum(area, kRangeLabel, kMaximumRanges);
+        return RefuseMore(area, kRangeLabel, kMaximumRanges);
     if (!CheckRange(area, file, from, to))
         return false;
-    const Range added = {from, to, ParseAddressQuiet(from), ParseAddressQuiet(to)};
+    const Range added = MakeRange(from, to);
     for (const Range& old : ReadRanges(known)) {
         if (!CheckApartFrom(area, old, added))
             return false;
@@ -131,28 +107,40 @@ bool CheckNewRange(const Area& area, const File& file, const std::string& from, 
     return true;
 }
 
+// The daemon would refuse all settings for the empty broadcast address of a malformed pair.
+bool CheckPair(const Area& area, const std::string& address, const std::string& netmask) {
+    if (!corvanshell::getbrcast(address, netmask).empty())
+        return true;
+    return ParseAddress(address, area.Name(), "subnet address") != kNoAddress &&
+           Refuse("DHCP server: %s: incorrect address format of subnet netmask: %s", area.Name(), netmask);
+}
+
+// Shows the subnet, asks, and removes it.
+bool Remove(const Subnet& subnet, const File& file) {
+    Node node = subnet.GetNode(file);
+    if (!node)
+        return false;
+    TreeWriter writer(file, stdout, false);
+    return WriteTree(writer, subnet) &&
+           ConfirmRemoval("Subnet with these settings will be removed completely, are you sure?") &&
+           node.Remove();
+}
+
 } // namespace
 
 Node CreateSubnet(const Area& area, const File& file, const std::string& address,
                   const std::string& netmask) {
     if (SelectIn(area, file)) {
-        shell_print_error("DHCP server: %s: subnet already exists", area.Name().c_str());
+        PrintError("DHCP server: %s: subnet already exists", area.Name());
         return {};
     }
-    // The daemon would refuse all settings for the empty broadcast address of a malformed pair.
-    const std::string broadcast = corvanshell::getbrcast(address, netmask);
-    if (broadcast.empty()) {
-        if (ParseAddress(address, area.Name(), "subnet address") != kNoAddress)
-            shell_print_error("DHCP server: %s: incorrect address format of subnet netmask: %s",
-                              area.Name().c_str(), netmask.c_str());
+    if (!CheckPair(area, address, netmask))
         return {};
-    }
     WarnIfNotPrivate(area, address, "subnet address");
     Node subnet = file.Root().AddChild("subnet");
-    const bool made = subnet.NewAttr("address", "%s", address.c_str()) &&
-                      subnet.NewAttr("netmask", "%s", netmask.c_str()) &&
+    const bool made = subnet.NewAttr("address", address) && subnet.NewAttr("netmask", netmask) &&
                       AddManagedOption(subnet, "subnet-mask", netmask) &&
-                      AddManagedOption(subnet, "broadcast-address", broadcast);
+                      AddManagedOption(subnet, "broadcast-address", corvanshell::getbrcast(address, netmask));
     if (!made)
         subnet.Remove();
     return subnet;
@@ -167,48 +155,35 @@ bool AddListenInterface(const LocalSubnet& subnet) {
 
 bool AddRelayInterface(const RemoteSubnet& subnet, const std::string& interface) {
     return EditUnit([&](File& file) {
-        if (!SelectIn(LocalSubnet(interface), file)) {
-            ReportNoListenInterface(subnet);
-            return false;
-        }
+        if (!SelectIn(LocalSubnet(interface), file))
+            return RefuseRelay(subnet);
         const Node node = CreateSubnet(subnet, file, subnet.Address(), subnet.Netmask());
         return node && AddInterface(node, interface, "relay");
     });
 }
 
 bool EraseSubnet(const Subnet& subnet) {
-    return EditArea(subnet, [&](File& file, Node node) {
-        TreeWriter writer(file, stdout, false);
-        return WriteTree(writer, subnet) &&
-               ConfirmRemoval("Subnet with these settings will be removed completely, are you sure?") &&
-               node.Remove();
-    });
+    return EditUnit([&](File& file) { return Remove(subnet, file); });
 }
 
 bool EraseLocalSubnet(const LocalSubnet& subnet) {
-    File file(kDhcpServerUnit, "");
-    if (!OpenForChange(file))
-        return false;
-    if (IsLiteral(subnet.Name()) &&
-        file.Select("/unit/subnet/interface[@type = 'relay' and text() = '%s']", subnet.Name().c_str())) {
-        shell_print_error(
-            "DHCP server: %s: failed to erase subnet due to existence of associated remote subnets",
-            subnet.Name().c_str());
-        return false;
-    }
-    return EraseSubnet(subnet);
+    return EditUnit([&](File& file) {
+        if (IsLiteral(subnet.Name()) &&
+            file.Select("/unit/subnet/interface[@type = 'relay' and text() = '%s']", subnet.Name()))
+            return Refuse(
+                "DHCP server: %s: failed to erase subnet due to existence of associated remote subnets",
+                subnet.Name());
+        return Remove(subnet, file);
+    });
 }
 
 bool EraseRemoteSubnet(const RemoteSubnet& subnet, const std::string& interface) {
-    File file(kDhcpServerUnit, "");
-    if (!OpenForChange(file))
-        return false;
-    if (!SelectText(subnet, file, "interface[@type = 'relay' and text() = '", interface)) {
-        shell_print_error("DHCP server: %s: no such remote subnet with relay interface: %s",
-                          subnet.Name().c_str(), interface.c_str());
-        return false;
-    }
-    return EraseSubnet(subnet);
+    return EditUnit([&](File& file) {
+        if (!SelectText(subnet, file, "interface[@type = 'relay' and text() = '", interface))
+            return Refuse("DHCP server: %s: no such remote subnet with relay interface: %s", subnet.Name(),
+                          interface);
+        return Remove(subnet, file);
+    });
 }
 
 bool AddRange(const Subnet& subnet, const std::string& from, const std::string& to) {
@@ -217,8 +192,7 @@ bool AddRange(const Subnet& subnet, const std::string& from, const std::string& 
             return false;
         WarnIfNotPrivate(subnet, from, "lower bound of the range");
         WarnIfNotPrivate(subnet, to, "upper bound of the range");
-        Node range = node.AddChild("range").NewAttr("from", "%s", from.c_str());
-        return !range.NewAttr("to", "%s", to.c_str()).IsNull();
+        return !node.AddChild("range").NewAttr("from", from).NewAttr("to", to).IsNull();
     });
 }
 
@@ -228,9 +202,9 @@ bool RemoveRange(const Subnet& subnet, const std::string& from, const std::strin
         if (IsLiteral(from))
             range = SelectText(subnet, file, "range[@from = '" + from + "' and @to = '", to).At(0);
         if (!range)
-            shell_print_error("DHCP server: %s: %s [%s - %s] is not in use", subnet.Name().c_str(),
-                              kRangeLabel, from.c_str(), to.c_str());
-        return range && range.Remove();
+            return Refuse("DHCP server: %s: %s [%s - %s] is not in use", subnet.Name(), kRangeLabel, from,
+                          to);
+        return range.Remove();
     });
 }
 

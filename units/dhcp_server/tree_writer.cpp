@@ -1,14 +1,16 @@
 #include "units/dhcp_server/tree_writer.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "units/dhcp_server/interface_rules.h"
 #include "units/dhcp_server/line_writer.h"
 #include "units/dhcp_server/model/address_rules.h"
 #include "units/dhcp_server/model/addresses.h"
-#include "units/dhcp_server/model/subnet_view.h"
+#include "units/dhcp_server/model/level.h"
 #include "units/dhcp_server/option_writer.h"
 
-#include <cstring>
+#include <algorithm>
+#include <cctype>
+#include <string_view>
 
 namespace settings::dhcp_server {
 namespace {
@@ -24,30 +26,21 @@ Node ChildNamed(Node parent, const char* name) {
     return child;
 }
 
-bool ReportMisplaced(const Area& area) {
-    shell_print_error("DHCP server: %s: corrupted settings file", area.Name().c_str());
-    return false;
+bool RefuseMisplaced(const Area& area) {
+    return Refuse("DHCP server: %s: corrupted settings file", area.Name());
 }
 
 bool CheckPair(const Area& area, const Range& first, const Range& second) {
     if (first.from < 0 || first.to < 0 || second.from < 0 || second.to < 0)
         return false; // reported already
-    if (second.from > second.to) {
-        shell_print_error("DHCP server: %s: %s [%s - %s] is invalid", area.Name().c_str(), kRangeLabel,
-                          second.from_text.c_str(), second.to_text.c_str());
-        return false;
-    }
-    if (first.to < second.from || second.to < first.from)
-        return true;
-    shell_print_error("DHCP server: %s: %s [%s - %s] intersects with %s [%s - %s]", area.Name().c_str(),
-                      kRangeLabel, first.from_text.c_str(), first.to_text.c_str(), kRangeLabel,
-                      second.from_text.c_str(), second.to_text.c_str());
-    return false;
+    return second.from > second.to ? RefuseInvalid(area, second) : CheckApart(area, first, second);
 }
 
 // Every range against those behind it.
-bool CheckRangesApart(const TreeWriter& writer, const Area& area) {
-    const std::vector<Range> ranges = ReadRanges(SelectIn(area, writer.file, "range"));
+bool CheckRangesApart(const TreeWriter& writer, const Level& level, const Area& area) {
+    std::vector<Range> ranges;
+    for (const Node node : level.Nodes())
+        std::ranges::copy(ReadRanges(writer.file.SelectFrom(node, "range")), std::back_inserter(ranges));
     if (ranges.size() < 2)
         return true;
     bool passed = true;
@@ -60,6 +53,25 @@ bool CheckRangesApart(const TreeWriter& writer, const Area& area) {
     return passed;
 }
 
+// What stands in quotes in a file that the daemon's start script reads with a shell, and behind them as words
+// of the daemon's line.
+bool IsInterfaceName(const std::string& name) {
+    constexpr std::string_view kMarks = ".:_@+-";
+    const auto is_good = [&](unsigned char letter) {
+        return std::isalnum(letter) != 0 || kMarks.find(static_cast<char>(letter)) != std::string_view::npos;
+    };
+    return !name.starts_with('-') && std::ranges::all_of(name, is_good);
+}
+
+bool CheckInterfaceNames(const Area& area, Node subnet) {
+    bool passed = true;
+    for (Node child = subnet.FirstChild(); child; child = child.NextSibling()) {
+        if (child.IsNamed("interface") && !IsInterfaceName(child.GetText()))
+            passed = Refuse("DHCP server: %s: incorrect interface name: %s", area.Name(), child.GetText());
+    }
+    return passed;
+}
+
 struct SubnetTexts {
     std::string address;
     std::string netmask;
@@ -67,16 +79,29 @@ struct SubnetTexts {
     bool is_listen;
 };
 
-bool CheckSubnet(TreeWriter& writer, const Area& parent, const Area& area, const SubnetTexts& texts) {
-    bool passed = CheckServedInterface(writer.memory.NetworkRecord(), texts.interface, texts.is_listen, true);
-    if (!texts.is_listen && !writer.memory.HasLocalSubnet(texts.interface)) {
-        shell_print_error("DHCP server: %s: relay interface does not correspond to any listen interface",
-                          area.Name().c_str());
-        passed = false;
-    }
+// What stands in either of two subnets of one name is written into the blocks of both.
+void WarnOfSecond(TreeWriter& writer, const Area& area, const SubnetTexts& texts) {
+    const std::string network = texts.address + "/" + texts.netmask;
+    const bool is_second_network = writer.memory.IsSecond("network " + network);
+    if (texts.is_listen && writer.memory.IsSecond("interface " + texts.interface))
+        PrintWarning("DHCP server: %s: a second subnet of this interface", area.Name());
+    else if (is_second_network)
+        PrintWarning("DHCP server: %s: a second subnet of network %s", area.Name(), network);
+}
+
+bool CheckSubnet(TreeWriter& writer, const Area& parent, const Area& area, Node node,
+                 const SubnetTexts& texts) {
+    if (writer.depth == 0)
+        WarnOfSecond(writer, area, texts);
+    WalkMemory& memory = writer.memory;
+    bool passed =
+        CheckServedInterface(memory.NetworkRecord(), memory.Relays(), texts.interface, texts.is_listen, true);
+    passed = CheckInterfaceNames(area, node) && passed;
+    if (!texts.is_listen && !memory.HasLocalSubnet(texts.interface))
+        passed = RefuseRelay(area);
     passed = ParseAddress(texts.address, parent.Name(), "subnet address") != kNoAddress && passed;
     passed = ParseAddress(texts.netmask, parent.Name(), "subnet netmask") != kNoAddress && passed;
-    return CheckRangesApart(writer, area) && passed;
+    return CheckRangesApart(writer, *area.LevelIn(writer.file), area) && passed;
 }
 
 // The lines of a block: its head, what stands below the area, and for the daemon its end.
@@ -90,18 +115,15 @@ bool WriteBlock(TreeWriter& writer, const std::string& head, const Area& area) {
 
 bool WriteSubnet(TreeWriter& writer, const Area& parent, Node node) {
     if (writer.depth >= kMaximumDepth)
-        return ReportMisplaced(parent);
+        return RefuseMisplaced(parent);
     const Node interface = ChildNamed(node, "interface");
     const SubnetTexts texts = {node.GetAttr("address"), node.GetAttr("netmask"), interface.GetText(),
                                interface.GetAttr("type") == "listen"};
     LocalSubnet local(texts.interface);
     RemoteSubnet remote(texts.address, texts.netmask);
     Area& area = texts.is_listen ? static_cast<Area&>(local) : remote;
-    SubnetView view(writer.file, node);
-    if (texts.is_listen ? writer.memory.IsOnlyLocalSubnet(texts.interface, node)
-                        : writer.memory.IsOnlyRemoteSubnet(texts.address, texts.netmask, node))
-        area.Bind(node, &view);
-    const bool passed = !writer.daemon_form || CheckSubnet(writer, parent, area, texts);
+    area.Bind(texts.is_listen ? writer.memory.LevelOf(local) : writer.memory.LevelOf(remote));
+    const bool passed = !writer.daemon_form || CheckSubnet(writer, parent, area, node, texts);
     return WriteBlock(writer, "subnet " + texts.address + " netmask " + texts.netmask, area) && passed;
 }
 
@@ -137,13 +159,9 @@ bool WriteReadableHost(TreeWriter& writer, const Area& host, Node node) {
 
 bool WriteHost(TreeWriter& writer, const Area& parent, Node node) {
     if (writer.depth >= kMaximumDepth)
-        return ReportMisplaced(parent);
-    const std::string name = node.GetAttr("name");
-    Host host(name);
-    if (writer.memory.IsOnlyHost(name, node)) {
-        SubnetView* view = parent.View();
-        host.Bind(node, view != nullptr && view->Subnet() == node.Parent() ? view : nullptr);
-    }
+        return RefuseMisplaced(parent);
+    Host host(node.GetAttr("name"));
+    host.Bind(writer.memory.LevelOf(host, *parent.LevelIn(writer.file)));
     return writer.daemon_form ? WriteDaemonHost(writer, parent, host, node)
                               : WriteReadableHost(writer, host, node);
 }
@@ -201,14 +219,11 @@ bool WriteDeclarations(TreeWriter& writer, const Area& area) {
 
 bool WriteTree(TreeWriter& writer, const Area& area) {
     bool passed = true;
-    if (area.BoundNode()) {
-        for (Node child = area.BoundNode().FirstChild(); child; child = child.NextSibling())
+    const std::shared_ptr<Level> level = area.LevelIn(writer.file);
+    for (const Node node : level->Nodes()) {
+        for (Node child = node.FirstChild(); child; child = child.NextSibling())
             passed = WriteElement(writer, area, child) && passed;
-        return passed;
     }
-    const NodeSet children = SelectIn(area, writer.file, "child::*");
-    for (std::size_t i = 0; i < children.Size(); ++i)
-        passed = WriteElement(writer, area, children.At(i)) && passed;
     return passed;
 }
 
@@ -216,7 +231,7 @@ bool WriteHostBlock(TreeWriter& writer, Node node) {
     if (!node)
         return true;
     Host host(node.GetAttr("name"));
-    host.Bind(node, nullptr);
+    host.Bind(std::make_shared<Level>(writer.file, std::vector<Node>{node}));
     return WriteReadableHost(writer, host, node);
 }
 
@@ -227,15 +242,13 @@ bool GenerateDaemonSettings(const File& file, std::FILE* out, const Area& area) 
         return false;
     bool passed = true;
     if (node == file.Root()) {
-        if (!SelectIn(area, file, "child::subnet")) {
-            shell_print_error("DHCP server: no subnets are configured");
-            return false;
-        }
+        if (!SelectIn(area, file, "child::subnet"))
+            return Refuse("DHCP server: no subnets are configured");
         passed = WriteDeclarations(writer, area);
     }
     passed = WriteTree(writer, area) && passed;
     if (out != nullptr && std::fflush(out) != 0)
-        return ReportWriteFailure(writer);
+        return RefuseWriting(writer);
     return passed;
 }
 

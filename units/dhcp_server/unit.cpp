@@ -1,8 +1,8 @@
 #include "units/dhcp_server/unit.h"
 
 #include "front/helpers/stream.h"
-#include "front/unit_query.h"
-#include "platform/console.h"
+#include "front/query_table.h"
+#include "platform/messages.h"
 #include "settings/file.h"
 #include "units/dhcp_server/conversion.h"
 #include "units/dhcp_server/interface_rules.h"
@@ -19,37 +19,27 @@
 namespace settings::dhcp_server {
 namespace {
 
-Stream OpenForWriting(const char* path, const char* failure) {
-    Stream stream(std::fopen(path, "we"));
-    if (stream == nullptr) {
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"
-        shell_print_error(failure, path, std::strerror(errno));
-#pragma GCC diagnostic pop
-    }
-    return stream;
-}
-
 bool WriteExtraSettings(const File& file) {
-    const Stream out = OpenForWriting(kDaemonExtraSettings,
-                                      "DHCP server: %s: failed to open daemon extra settings file: %s");
+    const Stream out(std::fopen(kDaemonExtraSettings, "we"));
     if (out == nullptr)
-        return false;
+        return Refuse("DHCP server: %s: failed to open daemon extra settings file: %s", kDaemonExtraSettings,
+                      std::strerror(errno));
     std::string interfaces;
     for (const std::string& interface : CollectValues(file, "child::subnet/interface"))
         interfaces += (interfaces.empty() ? "" : " ") + interface;
     std::fprintf(out.get(), "INTERFACESv4=\"%s\"\n", interfaces.c_str());
     std::fprintf(out.get(), "DHCPDv4_PID=\"%s\"\n", kPidFile);
-    if (std::fflush(out.get()) == 0 && std::ferror(out.get()) == 0)
-        return true;
-    shell_print_error("DHCP server: %s: failed to write daemon extra settings: %s", kDaemonExtraSettings,
-                      std::strerror(errno));
-    return false;
+    return (std::fflush(out.get()) == 0 && std::ferror(out.get()) == 0) ||
+           Refuse("DHCP server: %s: failed to write daemon extra settings: %s", kDaemonExtraSettings,
+                  std::strerror(errno));
 }
 
 bool WriteDaemonFiles(const File& file) {
-    const Stream out = OpenForWriting(kDaemonSettings, "DHCP server: %s: failed to open settings file: %s");
-    return out != nullptr && GenerateDaemonSettings(file, out.get(), Area()) && WriteExtraSettings(file);
+    const Stream out(std::fopen(kDaemonSettings, "we"));
+    if (out == nullptr)
+        return Refuse("DHCP server: %s: failed to open settings file: %s", kDaemonSettings,
+                      std::strerror(errno));
+    return GenerateDaemonSettings(file, out.get(), Area()) && WriteExtraSettings(file);
 }
 
 bool Check(File& file, const std::string& /*value*/) {
@@ -79,24 +69,10 @@ bool Convert(File& file, const std::string& path) {
     return ConvertUdhcpdSettings(path);
 }
 
-struct QueryRow {
-    const char* key;
-    bool (*run)(File& file, const std::string& value);
-};
-
-constexpr QueryRow kQueries[] = {
+constexpr QueryRow<File&> kQueries[] = {
     {"check", Check}, {"update", Update}, {"required", Required},
     {"print", Print}, {"dump", Dump},     {"convert-udhcpd-settings", Convert},
 };
-
-bool RunQuery(File& file, const QueryPair& pair) {
-    for (const QueryRow& row : kQueries) {
-        if (pair.key == row.key)
-            return row.run(file, pair.value);
-    }
-    shell_print_error("DHCP server: wrong query format");
-    return false;
-}
 
 } // namespace
 } // namespace settings::dhcp_server
@@ -109,9 +85,7 @@ bool DhcpServerUnit(const _xmlURI* uri) {
     if (!HasUnitQuery(uri))
         return WriteDaemonFiles(file);
     const QueryList query = ParseUnitQuery(uri);
-    if (query.empty()) {
-        shell_print_error("DHCP server: empty query");
-        return false;
-    }
-    return RunQuery(file, query.front());
+    if (query.empty())
+        return Refuse("DHCP server: empty query");
+    return RunQuery(kQueries, query.front(), "DHCP server: wrong query format", file);
 }

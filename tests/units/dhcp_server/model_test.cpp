@@ -93,7 +93,8 @@ TEST_F(DhcpServerModelTest, AddressesAreFreeOrInUse) {
     const LocalSubnet subnet("eth1");
     const settings::dhcp_server::Host host("c");
     const std::vector<Range> ranges = ReadRanges(SelectIn(subnet, file, "range[@from and @to]"));
-    const HostAddresses hosts(SelectIn(subnet, file, "host/address"));
+    HostAddresses hosts;
+    hosts.Add(SelectIn(subnet, file, "host/address"));
     const struct {
         const char* value;
         bool in_range; // asks the ranges, the hosts otherwise
@@ -122,7 +123,7 @@ TEST_F(DhcpServerModelTest, AddressesAreFreeOrInUse) {
         EXPECT_EQ(output.err, row.error.empty() ? "" : "DHCP server: eth1: " + row.error);
     }
     EXPECT_EQ(Capture([&] {
-                  EXPECT_FALSE(CheckHostAddressUse(host, HostAddresses({}), true, "DNS", "192.168.1.9"));
+                  EXPECT_FALSE(CheckHostAddressUse(host, HostAddresses(), true, "DNS", "192.168.1.9"));
               }).err,
               "DHCP server: c: address of DNS is out of the hosts address range: 192.168.1.9\n");
     // A host asks its subnet.

@@ -1,6 +1,6 @@
 #include "units/dhcp_server/model/address_rules.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/network.h"
 #include "units/dhcp_server/model/addresses.h"
 #include "units/dhcp_server/model/options.h"
@@ -36,70 +36,48 @@ bool IsPrivate(std::int64_t value) {
 }
 
 bool ReadScope(const Area& area, const File& file, Scope& scope) {
-    // A host may narrow the scope; all checks of the subnet itself share one.
-    SubnetView* view = area.View();
-    const bool is_subnet = view != nullptr && area.BoundNode() == view->Subnet();
-    if (is_subnet && view->KnownScope()) {
-        scope = *view->KnownScope();
+    const std::shared_ptr<Level> level = area.LevelIn(file);
+    if (level->KnownScope()) {
+        scope = *level->KnownScope();
         return true;
     }
-    const std::int64_t address = ParseAddress(GetSubnetAddress(area, file), area.Name(), "subnet address");
-    const std::int64_t mask = ParseAddress(GetSubnetMask(area, file), area.Name(), "subnet mask");
-    const std::int64_t broadcast =
-        ParseAddress(GetBroadcastAddress(area, file), area.Name(), "broadcast address");
+    const std::int64_t address = ParseAddress(level->Address(), area.Name(), "subnet address");
+    const std::int64_t mask = ParseAddress(level->Mask(), area.Name(), "subnet mask");
+    const std::int64_t broadcast = ParseAddress(level->Broadcast(), area.Name(), "broadcast address");
     if (address == kNoAddress || mask == kNoAddress || broadcast == kNoAddress)
         return false;
     scope = {(address & mask) + 1, broadcast};
-    if (is_subnet)
-        view->KnownScope() = scope;
+    level->KnownScope() = scope;
     return true;
 }
 
 bool IsInScope(const Area& area, const Scope& scope, const char* label, const std::string& text,
                std::int64_t value) {
-    if (scope.first <= value && value < scope.broadcast)
-        return true;
-    shell_print_error("DHCP server: %s: incorrect address scope of %s: %s", area.Name().c_str(), label,
-                      text.c_str());
-    return false;
-}
-
-bool ReportOutOfRange(const Area& area, const char* label, const std::string& value) {
-    shell_print_error("DHCP server: %s: address of %s is out of the dynamic address range: %s",
-                      area.Name().c_str(), label, value.c_str());
-    return false;
+    return (scope.first <= value && value < scope.broadcast) ||
+           Refuse("DHCP server: %s: incorrect address scope of %s: %s", area.Name(), label, text);
 }
 
 // The address of the subnet's listen interface is not in the range. A subnet without one passes.
 bool CheckListenAddress(const Area& area, const File& file, const Range& range) {
-    std::string text;
-    if (area.View() != nullptr) {
-        if (!area.View()->ListenAddress())
-            return true;
-        text = *area.View()->ListenAddress();
-    } else {
-        const Node interface = FirstIn(area, file, "interface[@type = 'listen' and text()]");
-        if (!interface)
-            return true;
-        text = interface.GetAttr("address");
-    }
+    const std::shared_ptr<Level> level = area.LevelIn(file);
+    if (!level->ListenAddress())
+        return true;
+    const std::string& text = *level->ListenAddress();
     const std::int64_t address = ParseAddress(text, area.Name(), "interface address");
     if (address == kNoAddress)
         return false;
-    if (address < range.from || address > range.to)
-        return true;
-    shell_print_error("DHCP server: %s: address %s of the listen interface is in the dynamic address range "
-                      "[%s - %s]",
-                      area.Name().c_str(), text.c_str(), range.from_text.c_str(), range.to_text.c_str());
-    return false;
+    return address < range.from || address > range.to ||
+           Refuse("DHCP server: %s: address %s of the listen interface is in the dynamic address range "
+                  "[%s - %s]",
+                  area.Name(), text, range.from_text, range.to_text);
 }
 
 } // namespace
 
 void WarnIfNotPrivate(const Area& area, const std::string& value, const char* label) {
     if (!IsPrivate(ParseAddress(value, area.Name(), label)))
-        shell_print_warning("DHCP server: %s: use of %s %s on local area network is unsafe",
-                            area.Name().c_str(), value.c_str(), label);
+        PrintWarning("DHCP server: %s: use of %s %s on local area network is unsafe", area.Name(), value,
+                     label);
 }
 
 bool CheckAddressScope(const Area& area, const File& file, const char* label, const std::string& value) {
@@ -134,17 +112,13 @@ bool CheckSubnetMaskScope(const Area& area, const File& file, const std::string&
     const std::int64_t value = ParseAddress(mask, area.Name(), "subnet mask");
     if (netmask == kNoAddress || value == kNoAddress)
         return false;
-    if (netmask <= value)
-        return true;
-    shell_print_error("DHCP server: %s: incorrect subnet mask scope: %s", area.Name().c_str(), mask.c_str());
-    return false;
+    return netmask <= value || Refuse("DHCP server: %s: incorrect subnet mask scope: %s", area.Name(), mask);
 }
 
 bool CheckBroadcastAddress(const Area& area, const File& file, const std::string& value) {
-    if (value == corvanshell::getbrcast(GetSubnetAddress(area, file), GetSubnetMask(area, file)))
-        return true;
-    shell_print_error("DHCP server: %s: incorrect broadcast address: %s", area.Name().c_str(), value.c_str());
-    return false;
+    const std::shared_ptr<Level> level = area.LevelIn(file);
+    return value == corvanshell::getbrcast(level->Address(), level->Mask()) ||
+           Refuse("DHCP server: %s: incorrect broadcast address: %s", area.Name(), value);
 }
 
 bool CheckRange(const Area& area, const File& file, const std::string& from, const std::string& to) {
@@ -152,18 +126,24 @@ bool CheckRange(const Area& area, const File& file, const std::string& from, con
     const bool to_in_scope = CheckAddressScope(area, file, kUpperBound, to);
     if (!from_in_scope || !to_in_scope)
         return false;
-    const Range range = {from, to, ParseAddressQuiet(from), ParseAddressQuiet(to)};
-    if (range.from > range.to) {
-        shell_print_error("DHCP server: %s: %s [%s - %s] is invalid", area.Name().c_str(), kRangeLabel,
-                          from.c_str(), to.c_str());
-        return false;
-    }
-    if (range.to - range.from >= static_cast<std::int64_t>(kMaximumRange)) {
-        shell_print_error("DHCP server: %s: %s [%s - %s] exceeds range addresses limit: %zu",
-                          area.Name().c_str(), kRangeLabel, from.c_str(), to.c_str(), kMaximumRange);
-        return false;
-    }
+    const Range range = MakeRange(from, to);
+    if (range.from > range.to)
+        return RefuseInvalid(area, range);
+    if (range.to - range.from >= static_cast<std::int64_t>(kMaximumRange))
+        return Refuse("DHCP server: %s: %s [%s - %s] exceeds range addresses limit: %zu", area.Name(),
+                      kRangeLabel, from, to, kMaximumRange);
     return CheckListenAddress(area, file, range);
+}
+
+bool RefuseInvalid(const Area& area, const Range& range) {
+    return Refuse("DHCP server: %s: %s [%s - %s] is invalid", area.Name(), kRangeLabel, range.from_text,
+                  range.to_text);
+}
+
+bool CheckApart(const Area& area, const Range& range, const Range& old) {
+    return range.to < old.from || range.from > old.to ||
+           Refuse("DHCP server: %s: %s [%s - %s] intersects with %s [%s - %s]", area.Name(), kRangeLabel,
+                  range.from_text, range.to_text, kRangeLabel, old.from_text, old.to_text);
 }
 
 bool HasBounds(const Area& area, const Range& range) {
@@ -184,14 +164,12 @@ bool CheckDynamicRangeUse(const Area& area, const std::vector<Range>& ranges, bo
             return false;
         if (address < range.from || address > range.to)
             continue;
-        if (must_be_inside)
-            return true;
-        shell_print_error("DHCP server: %s: address of %s is in the dynamic address range [%s - %s]: %s",
-                          area.Name().c_str(), label, range.from_text.c_str(), range.to_text.c_str(),
-                          value.c_str());
-        return false;
+        return must_be_inside ||
+               Refuse("DHCP server: %s: address of %s is in the dynamic address range [%s - %s]: %s",
+                      area.Name(), label, range.from_text, range.to_text, value);
     }
-    return !must_be_inside || ReportOutOfRange(area, label, value);
+    return !must_be_inside || Refuse("DHCP server: %s: address of %s is out of the dynamic address range: %s",
+                                     area.Name(), label, value);
 }
 
 bool CheckHostAddressUse(const Area& area, const HostAddresses& hosts, bool must_be_inside, const char* label,
@@ -200,32 +178,21 @@ bool CheckHostAddressUse(const Area& area, const HostAddresses& hosts, bool must
     if (address == kNoAddress)
         return false;
     const HostAddresses::Entry* entry = hosts.FindFirst(address);
-    if (entry == nullptr) {
-        if (must_be_inside)
-            shell_print_error("DHCP server: %s: address of %s is out of the hosts address range: %s",
-                              area.Name().c_str(), label, value.c_str());
-        return !must_be_inside;
-    }
-    if (entry->value == kNoAddress) {
-        ParseAddress(entry->text, area.Name(), "host address");
-        return false;
-    }
-    if (!must_be_inside)
-        shell_print_error("DHCP server: %s: address of %s is in use within host %s: %s", area.Name().c_str(),
-                          label, entry->host_name.c_str(), value.c_str());
-    return must_be_inside;
+    if (entry == nullptr)
+        return !must_be_inside ||
+               Refuse("DHCP server: %s: address of %s is out of the hosts address range: %s", area.Name(),
+                      label, value);
+    if (entry->value == kNoAddress)
+        return ParseAddress(entry->address.GetText(), area.Name(), "host address") != kNoAddress;
+    return must_be_inside || Refuse("DHCP server: %s: address of %s is in use within host %s: %s",
+                                    area.Name(), label, entry->address.Parent().GetAttr("name"), value);
 }
 
 bool CheckAddressFree(const Area& area, const File& file, bool must_be_inside, const char* label,
                       const std::string& value) {
-    if (SubnetView* view = area.View())
-        return CheckDynamicRangeUse(area, view->Ranges(), must_be_inside, label, value) &&
-               CheckHostAddressUse(area, view->Hosts(), must_be_inside, label, value);
-    const char* up = IsHost(area, file) ? "../" : "";
-    return CheckDynamicRangeUse(area, ReadRanges(SelectIn(area, file, "%srange[@from and @to]", up)),
-                                must_be_inside, label, value) &&
-           CheckHostAddressUse(area, HostAddresses(SelectIn(area, file, "%shost/address", up)),
-                               must_be_inside, label, value);
+    const std::shared_ptr<SubnetView> subnet = area.LevelIn(file)->Subnet();
+    return CheckDynamicRangeUse(area, subnet->Ranges(), must_be_inside, label, value) &&
+           CheckHostAddressUse(area, subnet->Hosts(), must_be_inside, label, value);
 }
 
 bool CheckOptionAddressesFree(const Area& area, const File& file, bool must_be_inside, const char* label,

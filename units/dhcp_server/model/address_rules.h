@@ -1,7 +1,7 @@
 #pragma once
 
 #include "units/dhcp_server/model/area.h"
-#include "units/dhcp_server/model/subnet_view.h"
+#include "units/dhcp_server/model/level.h"
 
 #include <string>
 #include <vector>
@@ -35,6 +35,10 @@ void WarnIfNotPrivate(const Area& area, const std::string& value, const char* la
 
 // Both bounds of the range are addresses.
 [[nodiscard]] bool HasBounds(const Area& area, const Range& range);
+// False, reported, for a range that ends before it begins.
+[[nodiscard]] bool RefuseInvalid(const Area& area, const Range& range);
+// The two ranges, whose bounds are in order, have no address in common.
+[[nodiscard]] bool CheckApart(const Area& area, const Range& range, const Range& old);
 
 // The value lies inside one of the ranges when it must, and inside none when it must not.
 [[nodiscard]] bool CheckDynamicRangeUse(const Area& area, const std::vector<Range>& ranges,

@@ -1,10 +1,7 @@
 #include "units/dhcp_server/model/area.h"
 
-#include "platform/console.h"
-#include "settings/text.h"
-
-#include <cstdarg>
-#include <cstdio>
+#include "platform/messages.h"
+#include "units/dhcp_server/model/level.h"
 
 namespace settings::dhcp_server {
 namespace {
@@ -26,22 +23,17 @@ const char* OrNothing(const char* tail) {
 
 Area::Area(std::string name) : Area(std::move(name), "DHCP server: %s: corrupted settings file") {}
 
-Area::Area(std::string name, const char* missing) : name_(std::move(name)), missing_(missing) {}
-
-void Area::Bind(Node node, SubnetView* view) {
-    node_ = node;
-    view_ = view;
-}
+Area::Area(std::string name, Format<std::string> missing) : name_(std::move(name)), missing_(missing) {}
 
 Node Area::GetNode(const File& file) const {
     const Node node = FirstIn(*this, file);
-    if (!node) {
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"
-        shell_print_error(missing_, name_.c_str());
-#pragma GCC diagnostic pop
-    }
+    if (!node)
+        PrintError(missing_, name_);
     return node;
+}
+
+std::shared_ptr<Level> Area::LevelIn(const File& file) const {
+    return level_ != nullptr ? level_ : std::make_shared<Level>(file, ToList(SelectIn(*this, file)));
 }
 
 NodeSet Area::Select(const File& file, const char* tail) const {
@@ -54,7 +46,7 @@ LocalSubnet::LocalSubnet(const std::string& interface)
 NodeSet LocalSubnet::Select(const File& file, const char* tail) const {
     if (!IsLiteral(interface_))
         return {};
-    return file.Select(kLocalSubnet, interface_.c_str(), OrNothing(tail));
+    return file.Select(kLocalSubnet, interface_, OrNothing(tail));
 }
 
 RemoteSubnet::RemoteSubnet(const std::string& address, const std::string& netmask)
@@ -64,7 +56,7 @@ RemoteSubnet::RemoteSubnet(const std::string& address, const std::string& netmas
 NodeSet RemoteSubnet::Select(const File& file, const char* tail) const {
     if (!IsLiteral(address_) || !IsLiteral(netmask_))
         return {};
-    return file.Select(kRemoteSubnet, address_.c_str(), netmask_.c_str(), OrNothing(tail));
+    return file.Select(kRemoteSubnet, address_, netmask_, OrNothing(tail));
 }
 
 Host::Host(const std::string& host_name)
@@ -73,12 +65,18 @@ Host::Host(const std::string& host_name)
 NodeSet Host::Select(const File& file, const char* tail) const {
     if (!IsLiteral(host_name_))
         return {};
-    return file.Select(kHost, host_name_.c_str(), OrNothing(tail));
+    return file.Select(kHost, host_name_, OrNothing(tail));
+}
+
+std::vector<Node> ToList(const NodeSet& nodes) {
+    std::vector<Node> list;
+    list.reserve(nodes.Size());
+    for (std::size_t i = 0; i < nodes.Size(); ++i)
+        list.push_back(nodes.At(i));
+    return list;
 }
 
 NodeSet SelectTail(const Area& area, const File& file, const std::string& tail) {
-    if (area.BoundNode())
-        return file.SelectFrom(area.BoundNode(), "%s", tail);
     return area.Select(file, ("/" + tail).c_str());
 }
 
@@ -87,7 +85,7 @@ NodeSet SelectIn(const Area& area, const File& file) {
 }
 
 Node FirstIn(const Area& area, const File& file) {
-    return area.BoundNode() ? area.BoundNode() : area.Select(file, nullptr).At(0);
+    return area.Select(file, nullptr).At(0);
 }
 
 } // namespace settings::dhcp_server

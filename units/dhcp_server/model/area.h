@@ -1,9 +1,12 @@
 #pragma once
 
+#include "platform/format.h"
 #include "settings/file.h"
 #include "settings/node.h"
 
+#include <memory>
 #include <string>
+#include <vector>
 
 // The places of the DHCP server's settings file:
 //
@@ -28,7 +31,7 @@
 
 namespace settings::dhcp_server {
 
-class SubnetView;
+class Level;
 
 // A place in the file, and the whole unit. It holds no settings and does not own the document.
 class Area {
@@ -45,22 +48,20 @@ public:
 
     const std::string& Name() const { return name_; }
 
-    // Binds the place to its node, which the caller knows to be the only one that Select finds, so that
-    // queries need not search the document again. `view`, when given, remembers the subnet of the place; it
-    // must outlive this object.
-    void Bind(Node node, SubnetView* view);
-    Node BoundNode() const { return node_; }
-    SubnetView* View() const { return view_; }
+    // The place as it stands in the document: the level that a walk has bound to it, otherwise what Select
+    // finds now. Every rule asks this, whether a walk or an edit asks the rule.
+    std::shared_ptr<Level> LevelIn(const File& file) const;
+    // The level is what Select would find; the walk knows it without searching the document again.
+    void Bind(std::shared_ptr<Level> level) { level_ = std::move(level); }
 
 protected:
-    // `missing` is the error text of a place that is not there, with a "%s" for its name.
-    Area(std::string name, const char* missing);
+    // `missing` is the error text of a place that is not there.
+    Area(std::string name, Format<std::string> missing);
 
 private:
     std::string name_;
-    const char* missing_;
-    Node node_;
-    SubnetView* view_ = nullptr;
+    Format<std::string> missing_;
+    std::shared_ptr<Level> level_;
 };
 
 class Network : public Area {
@@ -105,6 +106,8 @@ public:
 private:
     std::string host_name_;
 };
+
+std::vector<Node> ToList(const NodeSet& nodes);
 
 // Queries below an area, with a printf-style relative path. The short forms give the area's own nodes.
 NodeSet SelectTail(const Area& area, const File& file, const std::string& tail);

@@ -1,7 +1,7 @@
 #include "units/dhcp_server/model/gates.h"
 
 #include "front/probes/cluster.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/processes.h"
 #include "units/dhcp_server/model/area.h"
 #include "units/dhcp_server/model/paths.h"
@@ -10,14 +10,15 @@
 
 namespace settings::dhcp_server {
 
-bool OpenForChange(File& file) {
+bool IsChangePermitted() {
     if (IsDisabledOnPassiveNode("DHCP server management"))
         return false;
-    if (IsDhcpServerRunning()) {
-        shell_print_error("DHCP server: prohibited to change configuration while daemon is running");
-        return false;
-    }
-    return file.Load();
+    return !IsDhcpServerRunning() ||
+           Refuse("DHCP server: prohibited to change configuration while daemon is running");
+}
+
+bool OpenForChange(File& file) {
+    return IsChangePermitted() && file.Load();
 }
 
 bool IsDhcpServerRunning() {

@@ -9,8 +9,10 @@
 
 namespace settings::dhcp_server {
 
-// The gate of every editing operation: refuses on a passive cluster node and while the daemon runs, then
-// loads the file. Every refusal is reported.
+// Refuses on a passive cluster node and while the daemon runs. Every refusal is reported.
+[[nodiscard]] bool IsChangePermitted();
+
+// The gate of every editing operation: the same, and then loads the file.
 [[nodiscard]] bool OpenForChange(File& file);
 
 bool IsDhcpServerRunning();

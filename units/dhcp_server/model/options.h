@@ -27,7 +27,4 @@ std::string GetBroadcastAddress(const Area& area, const File& file);
 // The `netmask` attribute of the subnet, of a host's parent for a host.
 std::string GetSubnetNetmask(const Area& area, const File& file);
 
-// The two levels that the checks know.
-bool IsHost(const Area& area, const File& file);
-
 } // namespace settings::dhcp_server
