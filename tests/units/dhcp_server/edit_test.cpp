@@ -48,7 +48,7 @@ TEST_F(DhcpServerEditTest, NetworkBuiltByEditsIsAcceptedAndPrinted) {
     const RemoteSubnet remote("10.20.0.0", "255.255.0.0");
     const settings::dhcp_server::Host host("pc7");
     ExpectDone([&] { return SetDefaultLeaseTime(unit, "3600") && SetMaxLeaseTime(unit, "7200"); });
-    ExpectDone([&] { return AddListenInterface(eth1); });
+    ExpectDone([&] { return AddListenInterface(eth1) && SetTftpServer(eth1, "192.168.1.6", ""); });
     ExpectDone([&] { return AddRelayInterface(remote, "eth1"); });
     ExpectDone([&] { return AddRange(eth1, "192.168.1.100", "192.168.1.149"); });
     ExpectDone([&] { return AddHost(host, eth1, "02:00:00:00:00:07", "192.168.1.7"); });
@@ -100,7 +100,7 @@ TEST_F(DhcpServerEditTest, LimitsHoldAtTheirEdges) {
                             "<option name='routers'>" +
                             Times(n, address) + "</option>");
          },
-         10, [&] { return AddRouter(eth1, "192.168.1.50"); }, "eth1" + maximum + "router" + reached + "10"},
+         10, [&] { return AddRouter(eth1, "192.168.1.10"); }, "eth1" + maximum + "router" + reached + "10"},
         {[&](int n) { return Subnet1("<option name='ntp-servers'>" + Times(n, address) + "</option>"); }, 10,
          [&] { return AddNtpServer(eth1, "192.168.1.50"); },
          "eth1" + maximum + "NTP server" + reached + "10"},
@@ -124,14 +124,13 @@ TEST_F(DhcpServerEditTest, LimitsHoldAtTheirEdges) {
 }
 
 TEST_F(DhcpServerEditTest, RefusalsNameTheirReason) {
-    const std::string relayed =
-        "<subnet address='10.20.0.0' netmask='255.255.0.0'><interface type='relay'>eth1</interface></subnet>";
     WriteSettings(
         Subnet1(
-            "<option name='routers'><address>192.168.1.1</address></option>"
-            "<range from='192.168.1.100' to='192.168.1.110'/><option num='200' type='ip'>1.1.1.1</option>" +
+            "<option name='routers'><address>192.168.1.2</address><address>192.168.1.60</address></option>"
+            "<range from='192.168.1.100' to='192.168.1.110'/>"
+            "<option num='200' type='ip'>1.1.1.1</option>" +
             Host("pc7", "192.168.1.7")) +
-        relayed);
+        Subnet2("<range from='192.168.2.50' to='192.168.2.40'/>") + Remote("10.20.0.0", "eth1"));
     const RemoteSubnet remote("10.20.0.0", "255.255.0.0");
     const settings::dhcp_server::Host pc7("pc7");
     const settings::dhcp_server::Host pc8("pc8");
@@ -141,7 +140,7 @@ TEST_F(DhcpServerEditTest, RefusalsNameTheirReason) {
         {[&] { return AddListenInterface(LocalSubnet("eth9")); },
          "eth9: unconfigured listen interface is unsupported"},
         {[&] { return AddRelayInterface(remote, "eth1"); }, "10.20.0.0/255.255.0.0: subnet already exists"},
-        {[&] { return AddRelayInterface(RemoteSubnet("10.30.0.0", "255.255.0.0"), "eth2"); },
+        {[&] { return AddRelayInterface(RemoteSubnet("10.30.0.0", "255.255.0.0"), "eth3"); },
          "10.30.0.0/255.255.0.0: relay interface does not correspond to any listen interface"},
         {[&] { return AddRelayInterface(RemoteSubnet("10.30.0.0", "255.0.255.0"), "eth1"); },
          "10.30.0.0/255.0.255.0: incorrect address format of subnet netmask: 255.0.255.0"},
@@ -152,6 +151,14 @@ TEST_F(DhcpServerEditTest, RefusalsNameTheirReason) {
          "10.20.0.0/255.255.0.0: no such remote subnet with relay interface: eth2"},
         {[&] { return AddRange(eth1, "192.168.1.110", "192.168.1.120"); },
          "eth1: range [192.168.1.110 - 192.168.1.120] intersects with range [192.168.1.100 - 192.168.1.110]"},
+        {[&] { return AddRange(eth1, "192.168.1.50", "192.168.1.70"); },
+         "eth1: address 192.168.1.60 of router is in the dynamic address range [192.168.1.50 - "
+         "192.168.1.70]"},
+        {[&] { return AddRange(LocalSubnet("eth2"), "192.168.2.100", "192.168.2.110"); },
+         "eth2: range [192.168.2.50 - 192.168.2.40] is invalid"},
+        {[&] { return SetSubnetMask(eth1, "255.255.0.0"); },
+         "eth1: subnet mask  will be overwritten with 255.255.0.0\n"
+         "DHCP server: eth1: incorrect subnet mask scope: 255.255.0.0"},
         {[&] { return RemoveRange(eth1, "192.168.1.100", "192.168.1.111"); },
          "eth1: range [192.168.1.100 - 192.168.1.111] is not in use"},
         {[&] { return RemoveRange(eth1, "' or '1' = '1", "x"); },
@@ -162,15 +169,15 @@ TEST_F(DhcpServerEditTest, RefusalsNameTheirReason) {
          "pc8: 02:00:00:00:00:01 mac address is already in use"},
         {[&] { return AddHost(pc8, eth1, "02:00:00:00:00:08", "192.168.1.255"); },
          "eth1: incorrect address scope of pc8: 192.168.1.255"},
-        {[&] { return AddHost(pc8, LocalSubnet("eth2"), "02:00:00:00:00:08", "192.168.2.8"); },
-         "eth2: listen interface is not in use"},
+        {[&] { return AddHost(pc8, LocalSubnet("eth3"), "02:00:00:00:00:08", "192.168.3.8"); },
+         "eth3: listen interface is not in use"},
         {[&] { return EraseHost(pc8); }, "pc8: no such host"},
-        {[&] { return AddRouter(eth1, "192.168.1.1"); }, "eth1: router 192.168.1.1 is already in use"},
+        {[&] { return AddRouter(eth1, "192.168.1.60"); }, "eth1: router 192.168.1.60 is already in use"},
         {[&] { return AddRouter(eth1, "192.168.2.1"); },
          "eth1: incorrect address scope of router: 192.168.2.1"},
         {[&] { return AddRouter(eth1, "192.168.1.7"); },
          "eth1: address of router is in use within host pc7: 192.168.1.7"},
-        {[&] { return RemoveRouter(eth1, "192.168.1.2"); }, "eth1: router 192.168.1.2 is not in use"},
+        {[&] { return RemoveRouter(eth1, "192.168.1.3"); }, "eth1: router 192.168.1.3 is not in use"},
         {[&] { return RemoveDnsServer(eth1, "x' or 'x"); },
          "eth1: domain name server x' or 'x is not in use"},
         {[&] { return SetCustomOption(unit, "200", "hex", "01"); },
@@ -182,11 +189,48 @@ TEST_F(DhcpServerEditTest, RefusalsNameTheirReason) {
     for (const auto& [edit, error] : cases)
         ExpectRefused(edit, error);
     support::WriteFile("/run/dhcp-server.pid", std::to_string(getpid()));
-    // Before any other reason.
-    ExpectRefused([&] { return EraseLocalSubnet(eth1); },
-                  "prohibited to change configuration while daemon is running");
-    ExpectRefused([&] { return EraseRemoteSubnet(remote, "eth2"); },
-                  "prohibited to change configuration while daemon is running");
+    support::WriteFile("/var/lib/dhcp/dhcpd.leases", "lease");
+    // Before any other reason, and before anything is touched.
+    for (const Edit& edit :
+         {Edit([&] { return EraseLocalSubnet(eth1); }),
+          Edit([&] { return EraseRemoteSubnet(remote, "eth2"); }), Edit(ResetDhcpServerSettings)})
+        ExpectRefused(edit, "prohibited to change configuration while daemon is running");
+}
+
+TEST_F(DhcpServerEditTest, PublicAddressesAreTakenWithAWarning) {
+    WriteSettings(Subnet1(Host("pc7", "192.168.1.7")));
+    const RemoteSubnet remote("8.8.0.0", "255.255.0.0");
+    const std::string unsafe = " on local area network is unsafe";
+    ExpectDone([&] { return AddRelayInterface(remote, "eth1"); },
+               "8.8.0.0/255.255.0.0: use of 8.8.0.0 subnet address" + unsafe);
+    ExpectDone([&] { return AddRange(remote, "8.8.1.1", "8.8.1.9"); },
+               "8.8.0.0/255.255.0.0: use of 8.8.1.1 lower bound of the range" + unsafe +
+                   "\nDHCP server: 8.8.0.0/255.255.0.0: use of 8.8.1.9 upper bound of the range" + unsafe);
+    ExpectDone([&] { return AddRouter(remote, "8.8.0.1"); },
+               "8.8.0.0/255.255.0.0: use of 8.8.0.1 router" + unsafe);
+    // The address of a network card counts in its own subnet alone.
+    ExpectDone(
+        [&] { return AddHost(settings::dhcp_server::Host("pc8"), remote, "02:00:00:00:00:01", "8.8.0.9"); },
+        "pc8: use of 8.8.0.9 host address" + unsafe);
+    ExpectDone([&] { return SetBroadcastAddress(remote); },
+               "8.8.0.0/255.255.0.0: broadcast address 8.8.255.255 will be overwritten with 8.8.255.255\n"
+               "DHCP server: 8.8.0.0/255.255.0.0: use of 8.8.255.255 broadcast address" +
+                   unsafe);
+}
+
+TEST_F(DhcpServerEditTest, ManagedValuesFollowTheServicesAndGiveWay) {
+    for (const bool is_time : {true, false}) {
+        WriteRecord(kCommon, is_time ? "NTP on\nDNS off\n" : "NTP off\nDNS on\n");
+        support::WriteFile(kSettings, "<unit name='dhcp-server'/>");
+        ExpectDone([&] { return AddListenInterface(eth1); });
+        EXPECT_EQ(ReadFile(kSettings).find("\"ntp-servers\"") != std::string::npos, is_time);
+        EXPECT_EQ(ReadFile(kSettings).find("\"domain-name-servers\"") != std::string::npos, !is_time);
+        // The program's own value is no duplicate.
+        ExpectDone([&] {
+            return AddRouter(eth1, "192.168.1.1") &&
+                   (is_time ? AddNtpServer(eth1, "192.168.1.1") : AddDnsServer(eth1, "192.168.1.1"));
+        });
+    }
 }
 
 TEST_F(DhcpServerEditTest, OverwritingWarns) {
@@ -218,6 +262,20 @@ TEST_F(DhcpServerEditTest, ErasingShowsAndAsksOnlyAtATerminal) {
     EXPECT_EQ(Capture([&] { EXPECT_TRUE(EraseLocalSubnet(eth1)); }).out, "interface = eth1\n");
     EXPECT_EQ(ReadFile(kSettings),
               "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<unit name=\"dhcp-server\"/>\n");
+    const std::string question = "Host with these settings will be removed completely, are you sure? [y/N] ";
+    const settings::dhcp_server::Host pc7("pc7");
+    // Whether the host is there is asked behind the question.
+    const auto unknown = AtTerminal("n\n", [&] { EXPECT_FALSE(EraseHost(pc7)); });
+    EXPECT_EQ(unknown, (support::Output{question, ""}));
+    WriteSettings(settings);
+    const auto before = support::TakeSnapshot();
+    EXPECT_EQ(AtTerminal("n\n", [&] { EXPECT_FALSE(EraseHost(pc7)); }).out, output.out + question);
+    EXPECT_EQ(AtTerminal("n\n", [&] { EXPECT_FALSE(EraseLocalSubnet(eth1)); }).out,
+              "interface = eth1\n" + output.out +
+                  "Subnet with these settings will be removed completely, are you sure? [y/N] ");
+    support::ExpectUnchanged(before);
+    static_cast<void>(AtTerminal("y\n", [&] { EXPECT_TRUE(EraseHost(pc7)); }));
+    EXPECT_EQ(ReadFile(kSettings).find("pc7"), std::string::npos);
 }
 
 TEST_F(DhcpServerEditTest, ResetGoesOnThroughFailures) {
@@ -227,15 +285,23 @@ TEST_F(DhcpServerEditTest, ResetGoesOnThroughFailures) {
     ASSERT_EQ(
         support::RunShell("rm -f /etc/default/isc-dhcp-server; mkdir -p /etc/default/isc-dhcp-server").status,
         0);
+    const std::string failed_extra =
+        "DHCP server: /etc/default/isc-dhcp-server: failed to remove daemon listening interfaces file: "
+        "Is a directory\n";
     const auto output = Capture([] { EXPECT_FALSE(ResetDhcpServerSettings()); });
-    EXPECT_EQ(output.err,
-              "DHCP server: /etc/default/isc-dhcp-server: failed to remove daemon listening interfaces "
-              "file: Is a directory\n");
+    EXPECT_EQ(output.err, failed_extra);
     EXPECT_FALSE(support::Exists(kConf));
     EXPECT_EQ(ReadFile("/var/lib/dhcp/dhcpd.leases"), "");
     EXPECT_EQ(ReadFile(kSettings), "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<unit name=\"dhcp-server\">\n"
                                    "  <default-lease-time>864000</default-lease-time>\n  "
                                    "<max-lease-time>864000</max-lease-time>\n</unit>\n");
+    // Settings that can't be removed get no new ones; the rest goes all the same.
+    support::WriteFile(kConf, "old");
+    ASSERT_EQ(support::RunShell(std::string("rm ") + kSettings + "; mkdir " + kSettings).status, 0);
+    EXPECT_EQ(Capture([] { EXPECT_FALSE(ResetDhcpServerSettings()); }).err,
+              "DHCP server: " + std::string(kSettings) +
+                  ": failed to remove settings file: Is a directory\n" + failed_extra);
+    EXPECT_FALSE(support::Exists(kConf));
 }
 
 } // namespace

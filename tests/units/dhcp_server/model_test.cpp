@@ -4,6 +4,7 @@
 #include "units/dhcp_server/model/gates.h"
 #include "units/dhcp_server/model/options.h"
 
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace settings::dhcp_server {
@@ -162,6 +163,11 @@ TEST_F(DhcpServerModelTest, GatesAndLists) {
     EXPECT_TRUE(ListRelayInterfaces().empty() && ListRemoteSubnets().empty());
     EXPECT_TRUE(IsDhcpServerListenInterface("eth1"));
     EXPECT_FALSE(IsDhcpServerListenInterface("eth2"));
+    const pid_t ended = fork();
+    if (ended == 0)
+        _exit(0);
+    ASSERT_EQ(waitpid(ended, nullptr, 0), ended);
+    support::WriteFile("/run/dhcp-server.pid", std::to_string(ended));
     EXPECT_TRUE(OpenForChange(file));
     support::WriteFile("/run/dhcp-server.pid", std::to_string(getpid()));
     EXPECT_EQ(Capture([&] { EXPECT_FALSE(OpenForChange(file)); }).err,

@@ -1,7 +1,10 @@
+#include "platform/path_list.h"
 #include "tests/units/dhcp_server/server_fixture.h"
+#include "units/dhcp_server/conversion.h"
 #include "units/dhcp_server/report.h"
 
 #include <gmock/gmock.h>
+#include <thread>
 
 namespace settings::dhcp_server {
 namespace {
@@ -39,8 +42,26 @@ TEST_F(DhcpServerReportTest, OldSettingsConvert) {
     const auto before = support::TakeSnapshot({"/mnt/main", "/etc"});
     EXPECT_EQ(ConfTool({"-a", "dhcp-server?convert-udhcpd-settings=/mnt/none"}).err,
               "DHCP server: /mnt/none: failed to open UDHCPD settings file: No such file or directory\n");
-    EXPECT_EQ(Convert("interface eth1\nlease \xff\n").status, 1);
-    EXPECT_TRUE(support::Changes(before, support::TakeSnapshot({"/mnt/main", "/etc"})).empty());
+    for (const char* lines :
+         {"lease \xff\n", "interface eth1&eth2\n", "interface eth1\nwins 1.1.1.1 a&b\n"}) {
+        EXPECT_EQ(Convert(lines).status, 1) << lines;
+        EXPECT_TRUE(support::Changes(before, support::TakeSnapshot({"/mnt/main", "/etc"})).empty()) << lines;
+    }
+    // What is not used may hold anything.
+    EXPECT_EQ(Convert("interface eth1\noption message \xff\nstart \xff\n").status, 0);
+    EXPECT_THAT(ReadFile(kSettings), ::testing::HasSubstr(">eth1<"));
+}
+
+TEST_F(DhcpServerReportTest, ASavedTreeNeedsNoGuards) {
+    support::WriteFile("/mnt/saved/udhcpd.conf", "interface eth1\n");
+    support::WriteFile("/mnt/saved/local.conf", Interface("ETH1", "10.7.7.1"));
+    support::WriteFile(path_list::failover_settings, "one");
+    ASSERT_TRUE(corvanshell::UpdateGuardFile((path_list::failover_settings + ".crg").c_str(), 1,
+                                             path_list::failover_settings.c_str(), nullptr));
+    support::WriteFile(path_list::failover_settings, "another");
+    EXPECT_TRUE(ConvertUdhcpdSettings("/mnt/saved/udhcpd.conf"));
+    EXPECT_THAT(ReadFile(kSettings), ::testing::HasSubstr("address=\"10.7.7.0\""));
+    EXPECT_EQ(path_list::common_settings, "/mnt/saved/common.conf");
 }
 
 TEST_F(DhcpServerReportTest, LeasesAreShownByTheRealReport) {
@@ -71,8 +92,14 @@ TEST_F(DhcpServerReportTest, FailedPrintLeavesNothingBehind) {
     EXPECT_EQ(ConfTool({"-a", "dhcp-server?print"}).status, 1);
     WriteSettings(Subnet1(""));
     const auto holder = support::HoldLock("/run/lock/dhcp-server.lock", true);
-    EXPECT_EQ(ConfTool({"-a", "dhcp-server?print"}).err,
-              "settings file is locked by another process, please try later\n");
+    const auto output = Capture([] {
+        std::vector<std::jthread> readers;
+        for (bool (*read)() : {PrintDhcpServer, DumpDhcpServer, +[] { return ShowDhcpLeases("full"); },
+                               +[] { return ShowDhcpLeases("all"); }})
+            readers.emplace_back([read] { EXPECT_FALSE(read()); });
+    });
+    const std::string refusal = "settings file is locked by another process, please try later\n";
+    EXPECT_EQ(output, (support::Output{"", refusal + refusal + refusal + refusal}));
     EXPECT_EQ(support::RunShell("ls /tmp/dhcp-server*").status, 2);
 }
 

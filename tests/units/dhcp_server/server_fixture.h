@@ -4,7 +4,11 @@
 #include "platform/guards.h"
 #include "tests/support/appliance.h"
 
+#include <cstdlib>
+#include <fcntl.h>
+#include <functional>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 // An appliance with a DHCP server to settle: eth1 and eth2 serve 192.168.1.0/24 and 192.168.2.0/24.
@@ -46,9 +50,37 @@ protected:
                text + "</subnet>";
     }
 
+    // The same of eth2.
+    static std::string Subnet2(const std::string& text) {
+        return "<subnet address='192.168.2.0' netmask='255.255.255.0'>"
+               "<interface type='listen' address='192.168.2.1'>eth2</interface>" +
+               text + "</subnet>";
+    }
+
+    static std::string Remote(const std::string& address, const std::string& interface,
+                              const std::string& text = "") {
+        return "<subnet address='" + address + "' netmask='255.255.0.0'><interface type='relay'>" +
+               interface + "</interface>" + text + "</subnet>";
+    }
+
     static std::string Host(const std::string& name, const std::string& address,
                             const std::string& text = "") {
         return "<host name='" + name + "'><hardware type='ethernet' mac='02:00:00:00:00:01'/><address>" +
                address + "</address>" + text + "</host>";
+    }
+
+    // What the call writes at a terminal where the answer was typed ahead.
+    static support::Output AtTerminal(const std::string& answer, const std::function<void()>& call) {
+        const int master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+        EXPECT_TRUE(master >= 0 && grantpt(master) == 0 && unlockpt(master) == 0);
+        const int slave = open(ptsname(master), O_RDWR | O_NOCTTY | O_CLOEXEC);
+        EXPECT_EQ(write(master, answer.data(), answer.size()), static_cast<ssize_t>(answer.size()));
+        const auto output = support::Capture([&] {
+            dup2(slave, STDIN_FILENO);
+            call();
+        });
+        close(slave);
+        close(master);
+        return output;
     }
 };

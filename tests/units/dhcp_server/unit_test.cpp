@@ -54,8 +54,14 @@ TEST_F(DhcpServerUnitTest, DuplicateNamesAreWrittenAsTheirExpressionsFind) {
                 Host("pc", "192.168.1.8", "<max-lease-time>2</max-lease-time>") +
                 Host("it&apos;s", "192.168.1.9", "<max-lease-time>3</max-lease-time>"));
     WriteSettings(subnet + subnet);
-    EXPECT_EQ(ConfTool({"-a", "dhcp-server"}).status, 0);
+    const support::Result result = ConfTool({"-a", "dhcp-server"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "DHCP server: eth1: a second subnet of this interface\n");
     support::ExpectGolden(kConf, "units/dhcp_server/duplicates.dhcpd.conf");
+    const std::string network = Remote("10.20.0.0", "eth1");
+    WriteSettings(Subnet1("") + Subnet2("") + network + Remote("10.30.0.0", "eth1") + network + network);
+    EXPECT_EQ(ConfTool({"-a", "dhcp-server?check"}).err,
+              "DHCP server: 10.20.0.0/255.255.0.0: a second subnet of network 10.20.0.0/255.255.0.0\n");
 }
 
 TEST_F(DhcpServerUnitTest, NoSubnetLeavesTheExtraSettings) {
@@ -72,6 +78,8 @@ TEST_F(DhcpServerUnitTest, CheckReportsEveryFault) {
         std::string faults; // each behind "DHCP server: "
     } cases[] = {
         {Subnet1(mask), ""},
+        // An option without a type is no custom one, and a subnet's first interface counts.
+        {Subnet1("<option num='202'>x</option><interface type='relay'>eth9</interface>"), ""},
         {Subnet1("<option num='200' type='ip'>10.0.0.1</option><option num='200' type='hex'>01</option>"
                  "<option num='201' type='odd'>x</option>"),
          "custom option 200 has different types across settings: ip and hex\n"
@@ -115,15 +123,30 @@ TEST_F(DhcpServerUnitTest, CheckReportsEveryFault) {
                       "/: relay interface does not correspond to any listen interface\n"
                       ":: incorrect address format of subnet address: \n"
                       ":: incorrect address format of subnet netmask: \n"},
-        // Texts that would be statements of their own.
+        // Texts that would be statements of their own, or two values; of a shell in the last two.
         {Subnet1(
              "<option name='domain-name'>a\"; deny unknown-clients; #</option><option num='200' type='ascii'>"
-             "\\</option><option name='log-servers'>10.0.0.1\n}</option>" +
-             Host("pc {", "192.168.1.9") + "<option name='root-path'>\"/a;{#\\\"b\"</option>"),
+             "\\</option><option name='log-servers'>10.0.0.1\n}</option><option num='200' type='ascii'>"
+             "a\" \"b</option><option name='tftp-server' file='a\"b'>10.0.0.5</option>" +
+             Host("pc {", "192.168.1.9") +
+             "<option name='x 1; } include'>\"/a\"</option><option num='1;' type='ip'>10.0.0.1</option>"
+             "<interface>x\"; touch /tmp/p; \"</interface><interface>-cf</interface>"),
+         "option opt-1;: the value would be more than a value to the daemon\n"
+         "eth1: incorrect interface name: x\"; touch /tmp/p; \"\n"
+         "eth1: incorrect interface name: -cf\n"
          "option domain-name: the value would be more than a value to the daemon\n"
          "option opt-200: the value would be more than a value to the daemon\n"
          "option log-servers: the value would be more than a value to the daemon\n"
-         "host: the value would be more than a value to the daemon\n"},
+         "option opt-200: the value would be more than a value to the daemon\n"
+         "option bootfile-name: the value would be more than a value to the daemon\n"
+         "host: the value would be more than a value to the daemon\n"
+         "option x 1; } include: the value would be more than a value to the daemon\n"
+         "option opt-1;: the value would be more than a value to the daemon\n"},
+        // Texts that the daemon takes.
+        {Subnet1(
+             "<option name='root-path'>\n\t\"/a;{#\\\"\tb\"\n</option><option num='200' type='ascii'>a\tb\\\""
+             "</option><option num='201' type='hex'>01:02:\n03</option>"),
+         ""},
         // Elements where none belong, which lead nowhere.
         {Subnet1(Subnet1("") + Host("pc", "192.168.1.9", Host("pc", "192.168.1.9"))),
          "eth1: corrupted settings file\neth1: corrupted settings file\npc: corrupted settings file\n"},
@@ -147,10 +170,13 @@ TEST_F(DhcpServerUnitTest, ServedInterfacesMustBeUsable) {
         WriteRecord(kLocal, record);
         EXPECT_EQ(Faults(Subnet1("")), "DHCP server: eth1: " + fault + "\n");
     }
-    support::WriteFile(
-        "/mnt/main/etc/settings/dhcp-relay.xml",
-        "<unit><dhcp-relay id='4'><interface type='listen'>eth1</interface></dhcp-relay></unit>");
-    EXPECT_EQ(Faults(Subnet1("")), "DHCP server: eth1: listen interface is used by DHCP relay 4\n");
+    WriteRecord(kLocal, Interface("ETH1", "192.168.1.1") + Interface("ETH2", "192.168.2.1"));
+    support::WriteFile("/mnt/main/etc/settings/dhcp-relay.xml",
+                       "<unit><dhcp-relay id='4'><interface type='listen'>eth9</interface></dhcp-relay>"
+                       "<dhcp-relay id='7'><interface type='listen'>eth2</interface></dhcp-relay></unit>");
+    // The relay interface of a remote subnet may be a relay's.
+    EXPECT_EQ(Faults(Subnet1("") + Subnet2("") + Remote("10.20.0.0", "eth2")),
+              "DHCP server: eth2: listen interface is used by DHCP relay 7\n");
 }
 
 TEST_F(DhcpServerUnitTest, OddSettingsNeverCrash) {
@@ -194,16 +220,11 @@ TEST_F(DhcpServerUnitTest, FullDiskAndClosedFoldersAreReported) {
 }
 
 TEST_F(DhcpServerUnitTest, QueriesDoNotWriteTheDaemonsFiles) {
-    WriteSettings(Subnet1(""));
+    WriteSettings(Subnet1("") + Remote("10.20.0.0", "eth2"));
     const auto before = support::TakeSnapshot();
     EXPECT_EQ(ConfTool({"-a", "dhcp-server?required=eth1&ignored"}).status, 0);
     EXPECT_EQ(ConfTool({"-a", "dhcp-server?required=eth2"}).status, 1);
     EXPECT_EQ(ConfTool({"-a", "dhcp-server?dump"}).out, ReadFile(kSettings));
-    {
-        const auto holder = support::HoldLock("/run/lock/dhcp-server.lock", true);
-        EXPECT_EQ(ConfTool({"-a", "dhcp-server?dump"}).err,
-                  "settings file is locked by another process, please try later\n");
-    }
     support::ExpectUnchanged(before);
 }
 
@@ -220,6 +241,11 @@ TEST_F(DhcpServerUnitTest, UpdateFollowsTheInterface) {
     EXPECT_EQ(ConfTool({"-a", "dhcp-server?update=eth1"}).status, 0);
     EXPECT_THAT(ReadFile(kSettings),
                 HasSubstr("name=\"ntp-servers\" auto=\"yes\">\n      <address>10.5.5.5<"));
+
+    // Only "yes" is the program's.
+    WriteSettings(Subnet2("") + Subnet1("<option name='subnet-mask' auto='no'>255.255.255.128</option>"));
+    EXPECT_EQ(ConfTool({"-a", "dhcp-server?update=eth1"}).status, 0);
+    EXPECT_THAT(ReadFile(kSettings), HasSubstr(">255.255.255.128<"));
 
     const auto before = support::TakeSnapshot();
     EXPECT_EQ(ConfTool({"-a", "dhcp-server?update=eth9"}).status, 0); // not the server's
@@ -272,9 +298,19 @@ TEST_F(DhcpServerUnitTest, InterfaceChangesAreErrorsOrWarnings) {
                           row.allowed || !autostart);
             });
             EXPECT_EQ(output.err, autostart ? row.autostart : row.manual);
-            EXPECT_EQ(TakeLog().back().text,
-                      std::string("DHCP server autostart is ") + (autostart ? "on " : "off "));
+            EXPECT_EQ(TakeLog().back(), (support::LogLine{6, std::string("DHCP server autostart is ") +
+                                                                 (autostart ? "on " : "off ")}));
         }
+    }
+    // An interface that can't serve is a fault of its own, which counts when the server starts by itself.
+    WriteRecord(kLocal, Interface("ETH1", "192.168.1.1", false));
+    for (const bool autostart : {true, false}) {
+        WriteRecord(kCommon, autostart ? "DHCP_SERVER on\n" : "DHCP_SERVER off\n");
+        const auto output = Capture([&] {
+            EXPECT_EQ(CheckDhcpServerInterfaceChange("eth1", false, "access", "192.168.1.15", "0.0.0.0"),
+                      !autostart);
+        });
+        EXPECT_EQ(output.err, "DHCP server: eth1: listen interface is down\n");
     }
     EXPECT_TRUE(CheckDhcpServerInterfaceChange("eth2", true, "trunk", "", ""));
     support::WriteFile("/run/dhcp-server.pid", std::to_string(getpid()));
