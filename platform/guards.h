@@ -23,7 +23,8 @@ enum GuardMode : int {
 
 namespace PwdGen {
 
-// Throws std::runtime_error unless the file matches its guard, or neither of the two knows of the file.
+// Throws std::runtime_error unless the file matches its guard, or neither of the two knows of the file; it is
+// a std::system_error when the file or the guard can't be read at all.
 void PWDGCheckCrgOfFile(const char* file, const char* guard);
 
 } // namespace PwdGen

@@ -14,7 +14,8 @@ public:
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
 
-    // Waits up to `timeout` seconds, or tries once when `wait` is false. True when the lock is held.
+    // Waits up to `timeout` seconds, or tries once when `wait` is false. True when the lock is held. False
+    // with errno, which is EWOULDBLOCK when another process holds the lock.
     [[nodiscard]] bool AcquireShared(long timeout, bool wait);
     [[nodiscard]] bool AcquireExclusive(long timeout, bool wait);
     void Release();

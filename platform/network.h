@@ -12,6 +12,8 @@ extern const int default_mtu;
 
 // The broadcast address of the pair; empty when either is malformed.
 std::string getbrcast(const std::string& address, const std::string& netmask);
+// The network address of the pair; empty when either is malformed.
+std::string getnetwork(const std::string& address, const std::string& netmask);
 
 bool is_valid_ip(const std::string& text);
 // `allow_wildcard` accepts a leading "*." label, `require_dot` refuses a name of one label.
@@ -19,6 +21,8 @@ bool is_valid_domain_name(const std::string& text, bool allow_wildcard, bool req
 
 // The address as a number in host order, -1 when it is malformed.
 std::int64_t address_to_number(const std::string& text);
+// The reverse; empty for a number that is no address.
+std::string number_to_address(std::int64_t number);
 // The mask's prefix length, -1 when it is malformed or has holes.
 int subnetmask_to_cidr(const std::string& netmask);
 // The mask of a prefix length, given as a decimal text; empty when it is not 0 to 32.

@@ -1,18 +1,17 @@
 #include "records/address_checks.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/network.h"
 #include "platform/processes.h"
 #include "records/failover_networks.h"
 #include "records/network_crossing.h"
 
-#include <libintl.h>
+#include <algorithm>
 #include <vector>
 
 namespace corvanshell {
 namespace {
 
-constexpr const char* kDhcp = "dhcp";
 constexpr const char* kModemPrefix = "cdc-modem";
 constexpr const char* kIp = "/bin/ip";
 constexpr const char* kUnreadableOutput = "failed to parse application output /bin/ip";
@@ -46,17 +45,12 @@ std::string Between(const std::string& line, const std::string& first, const std
 bool ParseNetwork(const std::string& name, const std::string& line, Network& network) {
     const std::string address = Between(line, "inet ", " brd ");
     const std::size_t sign = address.find('/');
-    if (sign == std::string::npos) {
-        shell_print_error(gettext("%s: %s: cannot find address or netmask"), name.c_str(), kUnreadableOutput);
-        return false;
-    }
+    if (sign == std::string::npos)
+        return Refuse(Tr("%s: %s: cannot find address or netmask"), name, kUnreadableOutput);
     network = {address.substr(0, sign), cidr_to_subnetmask(address.substr(sign + 1)),
                Between(line, " brd ", " scope ")};
-    if (network.broadcast.empty()) {
-        shell_print_error(gettext("%s: %s: one or more parameters are missing"), name.c_str(),
-                          kUnreadableOutput);
-        return false;
-    }
+    if (network.broadcast.empty())
+        return Refuse(Tr("%s: %s: one or more parameters are missing"), name, kUnreadableOutput);
     return true;
 }
 
@@ -66,8 +60,7 @@ Crossing LiveNetworksCross(const std::string& name, const Network& proposed) {
     ShellProcess process({kIp, "addr", "show", name});
     process.Run();
     if (process.Error()) {
-        shell_print_error(gettext("%s: failed to get interface address: %s"), name.c_str(),
-                          process.Error().message().c_str());
+        PrintError(Tr("%s: failed to get interface address: %s"), name, process.Error().message());
         return kCrossingFailure;
     }
     for (const std::string& line : process.Output()) {
@@ -84,8 +77,7 @@ Crossing LiveNetworksCross(const std::string& name, const Network& proposed) {
 
 Crossing ReportCrossing(const std::string& name, const Network& proposed, const std::string& other,
                         const char* source) {
-    shell_print_error("broadcast %s on interface %s crossing with %s%s", proposed.broadcast.c_str(),
-                      name.c_str(), other.c_str(), source);
+    PrintError("broadcast %s on interface %s crossing with %s%s", proposed.broadcast, name, other, source);
     return kCrossing;
 }
 
@@ -103,10 +95,9 @@ Crossing CheckCrossing(const CConfStruct& record, const std::string& full_name, 
     for (const std::string& other : NamesFromLast(record)) {
         const InterfaceEntry& entry = record.Interfaces().at(other);
         if (other == name || (others == Others::kUp && !entry.up) ||
-            (!include_dhcp && entry.address == kDhcp))
+            (!include_dhcp && IsDhcpConfigured(entry)))
             continue;
-        const Crossing crossing =
-            NetworksCross(other, entry, proposed.address, proposed.broadcast, proposed.netmask);
+        const Crossing crossing = InterfaceCrosses(other, entry, proposed);
         if (crossing == kCrossing)
             return ReportCrossing(name, proposed, other, "");
         if (crossing == kCrossingFailure)
@@ -126,39 +117,32 @@ void CheckAliasNetmasks(CConfStruct& record, const std::string& name, const Inte
         if (IsNetmaskUsable(aliases[i].netmask))
             continue;
         TakeDown(record, name, entry);
-        shell_print_warning(
-            gettext("alias %s:%d on interface %s has invalid netmask and going down:\n%s please "
-                    "fix it before activating this one"),
-            name.c_str(), static_cast<int>(i), name.c_str(), aliases[i].netmask.c_str());
-        shell_print_warning(gettext("%s"), kNetmaskRule);
+        PrintWarning(Tr("alias %s:%d on interface %s has invalid netmask and going down:\n%s please "
+                        "fix it before activating this one"),
+                     name, static_cast<int>(i), name, aliases[i].netmask);
+        PrintWarning(Tr("%s"), kNetmaskRule);
     }
 }
 
 // Whether one of the interface's networks crosses another of an interface that is up.
 bool HasCrossing(const CConfStruct& record, const std::string& name, const InterfaceEntry& entry) {
-    if (entry.address != kDhcp && CheckInterfaceCrossing(record, name, entry.address, entry.broadcast,
-                                                         entry.netmask, false) != kNoCrossing)
+    if (!IsDhcpConfigured(entry) && CheckAgainstUp(record, name, MainNetworkOf(entry), false) != kNoCrossing)
         return true;
-    for (const Network& alias : AliasNetworksOf(entry)) {
-        if (CheckInterfaceCrossing(record, name, alias.address, alias.broadcast, alias.netmask, true) !=
-            kNoCrossing)
-            return true;
-    }
-    return false;
+    const std::vector<Network> aliases = AliasNetworksOf(entry);
+    return std::any_of(aliases.begin(), aliases.end(), [&](const Network& alias) {
+        return CheckAgainstUp(record, name, alias, true) != kNoCrossing;
+    });
 }
 
 bool IsNetworkUsable(const CConfStruct& record, const std::string& name, const Network& network) {
-    return IsNetmaskUsable(network.netmask) &&
-           CheckInterfaceCrossing(record, name, network.address, network.broadcast, network.netmask, true) ==
-               kNoCrossing;
+    return IsNetmaskUsable(network.netmask) && CheckAgainstUp(record, name, network, true) == kNoCrossing;
 }
 
 bool AreNetworksUsable(const CConfStruct& record, const std::string& name, const InterfaceEntry& entry) {
-    for (const Network& alias : AliasNetworksOf(entry)) {
-        if (!IsNetworkUsable(record, name, alias))
-            return false;
-    }
-    return IsNetworkUsable(record, name, {entry.address, entry.netmask, entry.broadcast});
+    const std::vector<Network> aliases = AliasNetworksOf(entry);
+    return std::all_of(aliases.begin(), aliases.end(),
+                       [&](const Network& alias) { return IsNetworkUsable(record, name, alias); }) &&
+           IsNetworkUsable(record, name, MainNetworkOf(entry));
 }
 
 } // namespace
@@ -166,17 +150,16 @@ bool AreNetworksUsable(const CConfStruct& record, const std::string& name, const
 void CheckNetmasks(CConfStruct& record) {
     for (const std::string& name : NamesFromLast(record)) {
         const InterfaceEntry entry = record.Interfaces().at(name);
-        if (!entry.up || entry.netmask.empty() || entry.address == kDhcp)
+        if (!entry.up || entry.netmask.empty() || IsDhcpConfigured(entry))
             continue;
         if (IsNetmaskUsable(entry.netmask)) {
             CheckAliasNetmasks(record, name, entry);
             continue;
         }
-        shell_print_warning(
-            gettext("interface %s has invalid netmask and going down: %s please fix it before "
-                    "activating this one"),
-            name.c_str(), entry.netmask.c_str());
-        shell_print_warning(gettext("%s"), kNetmaskRule);
+        PrintWarning(Tr("interface %s has invalid netmask and going down: %s please fix it before "
+                        "activating this one"),
+                     name, entry.netmask);
+        PrintWarning(Tr("%s"), kNetmaskRule);
         TakeDown(record, name, entry);
     }
 }
@@ -189,10 +172,8 @@ void CheckBroadcasts(CConfStruct& record) {
     }
 }
 
-Crossing NetworksCross(const std::string& name, const InterfaceEntry& entry, const std::string& address,
-                       const std::string& broadcast, const std::string& netmask) {
-    const Network proposed = {address, netmask, broadcast};
-    if (entry.address == kDhcp)
+Crossing InterfaceCrosses(const std::string& name, const InterfaceEntry& entry, const Network& proposed) {
+    if (IsDhcpConfigured(entry))
         return LiveNetworksCross(BaseName(name), proposed);
     for (const Network& network : NetworksOf(entry)) {
         if (Cross(proposed, network))
@@ -201,20 +182,35 @@ Crossing NetworksCross(const std::string& name, const InterfaceEntry& entry, con
     return kNoCrossing;
 }
 
-std::string FindFailoverCrossing(const std::string& name, const std::string& address,
-                                 const std::string& broadcast, const std::string& netmask) {
-    return FindFailoverNetwork(BaseName(name), {address, netmask, broadcast});
+Crossing CheckAgainstUp(const CConfStruct& record, const std::string& name, const Network& proposed,
+                        bool include_dhcp) {
+    return CheckCrossing(record, name, proposed, include_dhcp, Others::kUp);
+}
+
+Crossing CheckAgainstAll(const CConfStruct& record, const std::string& name, const Network& proposed,
+                         bool include_dhcp) {
+    return CheckCrossing(record, name, proposed, include_dhcp, Others::kAll);
+}
+
+Crossing NetworksCross(const std::string& name, const InterfaceEntry& entry, const std::string& address,
+                       const std::string& broadcast, const std::string& netmask) {
+    return InterfaceCrosses(name, entry, {address, netmask, broadcast});
 }
 
 Crossing CheckInterfaceCrossing(const CConfStruct& record, const std::string& name,
                                 const std::string& address, const std::string& broadcast,
                                 const std::string& netmask, bool include_dhcp) {
-    return CheckCrossing(record, name, {address, netmask, broadcast}, include_dhcp, Others::kUp);
+    return CheckAgainstUp(record, name, {address, netmask, broadcast}, include_dhcp);
 }
 
 Crossing CheckAddressCrossing(const CConfStruct& record, const std::string& name, const std::string& address,
                               const std::string& broadcast, const std::string& netmask, bool include_dhcp) {
-    return CheckCrossing(record, name, {address, netmask, broadcast}, include_dhcp, Others::kAll);
+    return CheckAgainstAll(record, name, {address, netmask, broadcast}, include_dhcp);
+}
+
+std::string FindFailoverCrossing(const std::string& name, const std::string& address,
+                                 const std::string& broadcast, const std::string& netmask) {
+    return FindFailoverNetwork(BaseName(name), {address, netmask, broadcast});
 }
 
 bool CheckInterfaceUp(const CConfStruct& record, const std::string& full_name) {
@@ -222,13 +218,11 @@ bool CheckInterfaceUp(const CConfStruct& record, const std::string& full_name) {
     InterfaceEntry entry;
     if (!record.FindInterface(name, entry))
         return false;
-    if (entry.address != kDhcp && !entry.address.empty() && !AreNetworksUsable(record, name, entry))
+    if (!IsDhcpConfigured(entry) && !entry.address.empty() && !AreNetworksUsable(record, name, entry))
         return false;
-    if (FailoverNetworksCross()) {
-        shell_print_error("%s", gettext("failed to check broadcasts crossing: interfaces configured in "
-                                        "failover.ini have crossing networks"));
-        return false;
-    }
+    if (FailoverNetworksCross())
+        return Refuse(Tr("failed to check broadcasts crossing: interfaces configured in failover.ini have "
+                         "crossing networks"));
     return true;
 }
 

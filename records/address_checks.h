@@ -1,6 +1,7 @@
 #pragma once
 
 #include "records/conf_struct.h"
+#include "records/network_crossing.h"
 
 #include <string>
 
@@ -19,24 +20,31 @@ void CheckBroadcasts(CConfStruct& record);
 
 // One interface, by its name and entry, against a proposed network. The addresses of an interface under DHCP
 // are asked of the system; a failure of that is reported.
+[[nodiscard]] Crossing InterfaceCrosses(const std::string& name, const InterfaceEntry& entry,
+                                        const Network& proposed);
+
+// The network proposed for the interface `name` against the cluster file and the other interfaces: those that
+// are up, or all. Without `include_dhcp` interfaces under DHCP are left out. A crossing is reported.
+[[nodiscard]] Crossing CheckAgainstUp(const CConfStruct& record, const std::string& name,
+                                      const Network& proposed, bool include_dhcp);
+[[nodiscard]] Crossing CheckAgainstAll(const CConfStruct& record, const std::string& name,
+                                       const Network& proposed, bool include_dhcp);
+
+// The same, the network given by its three texts.
 [[nodiscard]] Crossing NetworksCross(const std::string& name, const InterfaceEntry& entry,
                                      const std::string& address, const std::string& broadcast,
                                      const std::string& netmask);
-
-// The interface of /etc/failover.ini, other than `name`, whose network crosses; "" when none does. An address
-// that can't be read is reported and counts as a crossing.
-[[nodiscard]] std::string FindFailoverCrossing(const std::string& name, const std::string& address,
-                                               const std::string& broadcast, const std::string& netmask);
-
-// The network proposed for the interface `name` against the cluster file and the other interfaces: the first
-// form asks those that are up, the second all. Without `include_dhcp` interfaces under DHCP are left out. A
-// crossing is reported.
 [[nodiscard]] Crossing CheckInterfaceCrossing(const CConfStruct& record, const std::string& name,
                                               const std::string& address, const std::string& broadcast,
                                               const std::string& netmask, bool include_dhcp);
 [[nodiscard]] Crossing CheckAddressCrossing(const CConfStruct& record, const std::string& name,
                                             const std::string& address, const std::string& broadcast,
                                             const std::string& netmask, bool include_dhcp);
+
+// The interface of /etc/failover.ini, other than `name`, whose network crosses; "" when none does. An address
+// that can't be read is reported and counts as a crossing.
+[[nodiscard]] std::string FindFailoverCrossing(const std::string& name, const std::string& address,
+                                               const std::string& broadcast, const std::string& netmask);
 
 // Whether the interface may come up with the addresses that it has. False for an interface that is not in the
 // record.

@@ -1,9 +1,8 @@
 #include "records/basic_conf_struct.h"
 
-#include "platform/console.h"
+#include "front/helpers/settings_lock.h"
 #include "platform/guards.h"
-#include "platform/locks.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 
 #include <algorithm>
@@ -12,10 +11,12 @@
 #include <cstring>
 #include <exception>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <strings.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace corvanshell {
@@ -24,17 +25,9 @@ namespace {
 constexpr const char* kGuardSuffix = ".crg";
 constexpr const char* kDefaultSuffix = ".orig";
 constexpr const char* kLockSuffix = ".lock";
+constexpr const char* kUnreadSuffix = ".unread";
 constexpr int kLockTries = 500;
 constexpr useconds_t kLockPause = 10000; // microseconds
-
-bool IsSettingsSetWhole() {
-    for (const std::string* file :
-         {&path_list::failover_settings, &path_list::common_settings, &path_list::local_settings}) {
-        if (!CheckGuardFile((*file + kGuardSuffix).c_str(), file->c_str(), nullptr))
-            return false;
-    }
-    return true;
-}
 
 bool StartsWith(const std::string& text, const char* word, std::size_t size) {
     return strncasecmp(text.c_str(), word, size) == 0;
@@ -58,7 +51,7 @@ void KeepSecret(const std::string& path) {
     if (descriptor < 0)
         return; // the open for writing reports it
     if (fchmod(descriptor, 0600) != 0)
-        shell_log_error("%s: failed to restrict access: %s", path.c_str(), std::strerror(errno));
+        LogError("%s: failed to restrict access: %s", path, std::strerror(errno));
     close(descriptor);
 }
 
@@ -76,18 +69,46 @@ bool BasicConfStruct::GetFlag(const char* name) const {
     return flag != flags.end() && flag->second;
 }
 
-bool BasicConfStruct::Read() {
-    if (guards_enabled && !IsSettingsSetWhole())
-        return false;
-    lock_tool::FileLock lock(path_list::settings_lock);
-    if (!lock.AcquireShared(settings_lock_timeout, true)) {
-        shell_print_error("settings file is locked by another process, please try later");
+bool BasicConfStruct::IsSetWhole() {
+    for (const std::string* file :
+         {&path_list::failover_settings, &path_list::common_settings, &path_list::local_settings}) {
+        if (CheckGuardFile((*file + kGuardSuffix).c_str(), file->c_str(), nullptr))
+            continue;
+        obstacle = *file + gettext(" does not match its guard");
         return false;
     }
+    return true;
+}
+
+bool BasicConfStruct::Read() {
+    reading = Reading::kRefused;
+    if (guards_enabled && !IsSetWhole())
+        return false;
+    lock_tool::FileLock lock(path_list::settings_lock);
+    if (!LockForReading(lock)) {
+        obstacle = errno == EWOULDBLOCK ? gettext("locked by another process") : std::strerror(errno);
+        return false;
+    }
+    try {
+        ReadLocked();
+    } catch (const std::system_error& error) {
+        obstacle = error.code().message();
+        reading = Reading::kRefused;
+    }
+    return reading != Reading::kRefused;
+}
+
+void BasicConfStruct::ReadLocked() {
     if (check)
         WaitForLockFile();
-    ReadFile(ReadablePath());
-    return true;
+    const bool matches = !check || !guards_enabled || MatchesGuard();
+    reading = Reading::kCut; // unless the end is reached
+    ReadFile(matches ? path : path + kDefaultSuffix);
+    reading = matches ? Reading::kWhole : Reading::kDefault;
+}
+
+bool BasicConfStruct::CheckRead() const {
+    return IsWhole() || Refuse(Tr("%s: failed to read settings: %s"), path, obstacle);
 }
 
 void BasicConfStruct::WaitForLockFile() const {
@@ -97,29 +118,34 @@ void BasicConfStruct::WaitForLockFile() const {
             return;
         usleep(kLockPause);
     }
-    shell_log_error("Lock file '%s%s' presents, ignore it...", path.c_str(), kLockSuffix);
+    LogError("Lock file '%s%s' presents, ignore it...", path, kLockSuffix);
 }
 
-// The file itself, or its default version when the file does not match its guard.
-std::string BasicConfStruct::ReadablePath() const {
-    if (!check || !guards_enabled)
-        return path;
+// Throws std::system_error when file or guard can't be read.
+bool BasicConfStruct::MatchesGuard() const {
     try {
         PwdGen::PWDGCheckCrgOfFile(path.c_str(), (path + kGuardSuffix).c_str());
-        return path;
+        return true;
+    } catch (const std::system_error&) {
+        throw;
     } catch (const std::exception&) {
-        shell_log_error("File '%s' is corrupted. Using default version...", path.c_str());
-        return path + kDefaultSuffix;
+        LogError("File '%s' is corrupted. Using default version...", path);
+        return false;
     }
 }
 
 void BasicConfStruct::ReadFile(const std::string& place) {
     std::ifstream input(place);
+    if (!input && errno != ENOENT && errno != ENOTDIR)
+        throw std::system_error(errno, std::generic_category());
     std::string line;
-    while (std::getline(input, line)) {
+    for (std::size_t number = 1; std::getline(input, line); ++number) {
+        obstacle = gettext("line ") + std::to_string(number); // should it end the read
         if (!line.empty())
             ParseEntry(line);
     }
+    if (input.bad())
+        throw std::system_error(EIO, std::generic_category());
 }
 
 void BasicConfStruct::ParseEntry(const std::string& line) {
@@ -152,26 +178,37 @@ std::string BasicConfStruct::Join(const std::set<std::string>& texts, char separ
     return boost::algorithm::join(texts, std::string(1, separator));
 }
 
-bool BasicConfStruct::WriteFile(bool secret) const {
-    lock_tool::FileLock lock(path_list::settings_lock);
-    if (!lock.AcquireExclusive(settings_lock_timeout, true)) {
-        shell_log_warning("config is locked by another process, please try again");
+// Keeps what the record does not hold. A file that is not there holds nothing.
+bool BasicConfStruct::KeepUnread() const {
+    const std::string kept = path + kUnreadSuffix;
+    std::error_code error;
+    if (reading == Reading::kWhole || !std::filesystem::exists(path, error))
+        return true;
+    std::filesystem::copy_file(path, kept, std::filesystem::copy_options::overwrite_existing, error);
+    if (error)
+        return RefuseInLog("%s: failed to keep what was not read: %s", path, error.message());
+    LogError("%s: what was not read of it is kept as %s", path, kept);
+    return true;
+}
+
+bool BasicConfStruct::WriteFile(bool secret) {
+    if (reading == Reading::kRefused)
+        return RefuseAndLog("%s: not written, as it was not read: %s", path, obstacle);
+    if (!KeepUnread())
         return false;
-    }
     if (secret)
         KeepSecret(path);
     std::ofstream output(path, std::ios::trunc);
-    if (!output) {
-        shell_log_error("%s: failed to open: %s", path.c_str(), std::strerror(errno));
-        return false;
-    }
+    if (!output)
+        return RefuseInLog("%s: failed to open: %s", path, std::strerror(errno));
     WriteAll(output);
     output.close();
     const bool written = static_cast<bool>(output);
     if (!written)
-        shell_log_error("%s: failed to write: %s", path.c_str(), std::strerror(errno));
+        LogError("%s: failed to write: %s", path, std::strerror(errno));
     const bool guarded = !check || UpdateGuardFile(path_list::settings_guard.c_str(), kOneOfSharedGuard,
                                                    path.c_str(), nullptr);
+    reading = Reading::kWhole; // from now on the file holds what the record does
     return guarded && written;
 }
 

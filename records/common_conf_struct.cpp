@@ -1,8 +1,8 @@
 #include "records/common_conf_struct.h"
 
 #include "front/helpers/descriptor.h"
-#include "platform/locks.h"
-#include "platform/log.h"
+#include "front/helpers/settings_lock.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 
 #include <cerrno>
@@ -57,17 +57,14 @@ bool CommonConfStruct::ParseLine(const std::string& /*line*/, const std::string&
 }
 
 bool CommonConfStruct::Write() {
-    const Descriptor file(open(path_list::common_settings.c_str(), O_WRONLY | O_CLOEXEC));
-    if (file.Get() < 0) {
-        shell_log_error("%s: failed to open: %s", path_list::common_settings.c_str(), std::strerror(errno));
-        return false;
-    }
+    lock_tool::FileLock lock(path_list::settings_lock); // given back behind the soft lock
+    const Descriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC));
+    if (file.Get() < 0)
+        return RefuseInLog("%s: failed to open: %s", path, std::strerror(errno));
     POSIX_File::SoftLock soft_lock(file.Get(), F_WRLCK, false);
-    if (!LockPatiently(soft_lock)) {
-        shell_log_error("cannot set write lock on %s", path_list::common_settings.c_str());
-        return false;
-    }
-    return WriteFile(false);
+    if (!LockPatiently(soft_lock))
+        return RefuseInLog("cannot set write lock on %s", path);
+    return LockForChange(lock) && WriteFile(false);
 }
 
 void CommonConfStruct::WriteAll(std::ostream& output) const {

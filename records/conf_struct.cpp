@@ -1,5 +1,8 @@
 #include "records/conf_struct.h"
 
+#include "front/helpers/settings_lock.h"
+#include "platform/path_list.h"
+
 #include <boost/algorithm/string/case_conv.hpp>
 #include <boost/algorithm/string/predicate.hpp>
 #include <boost/algorithm/string/trim.hpp>
@@ -75,7 +78,7 @@ CConfStruct::CConfStruct(const std::string& file, bool guarded) : BasicConfStruc
     for (const DefaultFlag& flag : kDefaultFlags)
         CConfStruct::SetFlag(flag.name, flag.on);
     try {
-        whole = Read();
+        Read();
     } catch (const std::exception&) {
         std::cerr << "ReadConf exception\n";
     }
@@ -167,7 +170,8 @@ void CConfStruct::WriteAll(std::ostream& output) const {
 }
 
 bool CConfStruct::Write() {
-    return WriteFile(!gsm_sim_pin.empty());
+    lock_tool::FileLock lock(path_list::settings_lock);
+    return LockForChange(lock) && WriteFile(!gsm_sim_pin.empty());
 }
 
 } // namespace corvanshell

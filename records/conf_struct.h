@@ -19,9 +19,6 @@ public:
     // error stream and leaves what was read so far.
     CConfStruct(const std::string& path, bool check);
 
-    // Whether the file was read to its end. A command must not write a record that holds less than the file.
-    bool IsWhole() const { return whole; }
-
     [[nodiscard]] bool Write() override;
     // Refuses to switch on a service that the present mode or licence forbids.
     bool SetFlag(const char* name, bool on) override;
@@ -53,7 +50,6 @@ private:
     bool ParseVlanComment(const std::string& line, const std::string& key);
     void WriteAll(std::ostream& output) const override;
 
-    bool whole = false;
     std::string host_name;
     std::string default_dhcp_metric = "70";
     std::string usb_modem_metric;

@@ -1,13 +1,11 @@
 #include "records/interface_entry.h"
 
-#include <algorithm>
+#include "records/bonding_modes.h"
+
 #include <boost/algorithm/string/case_conv.hpp>
 #include <boost/algorithm/string/predicate.hpp>
 #include <boost/lexical_cast.hpp>
-#include <functional>
-#include <initializer_list>
 #include <ostream>
-#include <string_view>
 
 namespace corvanshell {
 namespace {
@@ -40,25 +38,16 @@ bool HasMaster(const std::string& /*name*/, const InterfaceEntry& entry) {
 bool HasMiimon(const std::string& name, const InterfaceEntry& entry) {
     unsigned long interval = 0;
     return IsBond(name, entry) && boost::conversion::try_lexical_convert(entry.bonding_miimon, interval) &&
-           interval >= 1 && interval <= 1000;
+           interval >= kMinimumMiimon && interval <= kMaximumMiimon;
 }
 
-bool IsModeOneOf(const InterfaceEntry& entry, std::initializer_list<std::string_view> modes) {
-    return std::find(modes.begin(), modes.end(), entry.bonding_mode) != modes.end();
+template <bool BondingMode::*option>
+bool HasOption(const std::string& name, const InterfaceEntry& entry) {
+    return IsBond(name, entry) && FindBondingMode(entry.bonding_mode).*option;
 }
 
-bool IsAggregation(const std::string& name, const InterfaceEntry& entry) {
-    return IsBond(name, entry) && IsModeOneOf(entry, {"802.3ad"});
-}
-
-bool HasHashPolicy(const std::string& name, const InterfaceEntry& entry) {
-    return IsBond(name, entry) && IsModeOneOf(entry, {"802.3ad", "balance-xor"});
-}
-
-// No command selects "balance-alb", and a file that holds it is honoured.
 bool HasPrimary(const std::string& name, const InterfaceEntry& entry) {
-    return IsBond(name, entry) && IsModeOneOf(entry, {"balance-tlb", "balance-alb", "active-backup"}) &&
-           entry.bonding_primary != "none";
+    return HasOption<&BondingMode::primary>(name, entry) && entry.bonding_primary != "none";
 }
 
 bool ReadSwitch(const std::string& value) {
@@ -111,6 +100,9 @@ std::string GetList(const InterfaceEntry& entry) {
 }
 
 void SetUp(InterfaceEntry& entry, const std::string& value, const Words& /*tokens*/) {
+    // The conversion takes a sign before the digit as well.
+    if (value.starts_with('+') || value.starts_with('-'))
+        throw boost::bad_lexical_cast();
     entry.up = !value.empty() && boost::lexical_cast<bool>(value);
 }
 
@@ -164,14 +156,14 @@ constexpr Field kFields[] = {
     {"BONDING_MIIMON", "_BONDING_MIIMON\t", SetText<&InterfaceEntry::bonding_miimon>,
      GetText<&InterfaceEntry::bonding_miimon>, HasMiimon},
     {"BONDING_AD_SELECT", "_BONDING_AD_SELECT\t", SetText<&InterfaceEntry::bonding_ad_select>,
-     GetText<&InterfaceEntry::bonding_ad_select>, IsAggregation},
+     GetText<&InterfaceEntry::bonding_ad_select>, HasOption<&BondingMode::ad_select>},
     {"BONDING_LACP_RATE", "_BONDING_LACP_RATE\t", SetText<&InterfaceEntry::bonding_lacp_rate>,
-     GetText<&InterfaceEntry::bonding_lacp_rate>, IsAggregation},
+     GetText<&InterfaceEntry::bonding_lacp_rate>, HasOption<&BondingMode::lacp_rate>},
     {"BONDING_PRIMARY", "_BONDING_PRIMARY\t", SetLower<&InterfaceEntry::bonding_primary>,
      GetText<&InterfaceEntry::bonding_primary>, HasPrimary},
     {"BONDING_XMIT_HASH_POLICY", "_BONDING_XMIT_HASH_POLICY\t",
      SetText<&InterfaceEntry::bonding_xmit_hash_policy>, GetText<&InterfaceEntry::bonding_xmit_hash_policy>,
-     HasHashPolicy},
+     HasOption<&BondingMode::xmit_hash_policy>},
 };
 
 } // namespace

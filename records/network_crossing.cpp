@@ -14,6 +14,10 @@ constexpr int kLongestPrefix = 30;
 
 } // namespace
 
+Network MakeNetwork(const std::string& address, const std::string& netmask) {
+    return {address, netmask, getbrcast(address, netmask)};
+}
+
 bool Cross(const Network& first, const Network& second) {
     if (first.broadcast == second.broadcast)
         return true;
@@ -28,9 +32,13 @@ bool Cross(const Network& first, const Network& second) {
     return start <= address && address <= last;
 }
 
+Network MainNetworkOf(const InterfaceEntry& entry) {
+    return {entry.address, entry.netmask, entry.broadcast};
+}
+
 std::vector<Network> NetworksOf(const InterfaceEntry& entry) {
     std::vector<Network> networks = AliasNetworksOf(entry);
-    networks.insert(networks.begin(), {entry.address, entry.netmask, entry.broadcast});
+    networks.insert(networks.begin(), MainNetworkOf(entry));
     return networks;
 }
 

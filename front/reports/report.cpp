@@ -2,20 +2,12 @@
 
 #include "platform/console.h"
 #include "platform/pager.h"
-#include "platform/path_list.h"
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
-
-bool LockForReading(lock_tool::FileLock& lock) {
-    if (lock.AcquireShared(settings_lock_timeout, true))
-        return true;
-    shell_print_error("settings file is locked by another process, please try later");
-    return false;
-}
 
 bool ShowFile(lock_tool::FileLock& lock, const std::string& path) {
     ShellPager pager;

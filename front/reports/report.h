@@ -1,14 +1,11 @@
 #pragma once
 
+#include "front/helpers/settings_lock.h"
 #include "front/helpers/stream.h"
-#include "platform/locks.h"
 
 #include <string>
 
 // What a unit shows to the administrator, page by page, while its settings are locked.
-
-// Takes the lock for reading, waiting as long as settings locks are waited for. A refusal is reported.
-[[nodiscard]] bool LockForReading(lock_tool::FileLock& lock);
 
 // Shows a file. The pager is waited for behind the lock, so that a reader at its prompt holds up nobody.
 [[nodiscard]] bool ShowFile(lock_tool::FileLock& lock, const std::string& path);

@@ -134,6 +134,8 @@ Guard ReadGuard(const std::string& path) {
     std::string text;
     if (const int error = ReadText(path, guard_size_limit, text)) {
         guard.damaged = error != ENOENT && error != ENOTDIR;
+        // What stands in the guard's place and is none does not come from the system.
+        guard.error = guard.damaged && error != EINVAL && error != EFBIG && error != ELOOP ? error : 0;
         return guard;
     }
     // A last line without its newline may have lost a part of its path.

@@ -15,6 +15,7 @@ struct GuardLine {
 
 struct Guard {
     bool damaged = false;         // a line is of no such form, or the guard can't be read at all
+    int error = 0;                // why the system could not read it
     std::vector<GuardLine> lines; // those of the right form
 
     const GuardLine* find(std::string_view path) const;

@@ -149,6 +149,8 @@ namespace PwdGen {
 void PWDGCheckCrgOfFile(const char* file, const char* guard_path) {
     const std::string name = GuardedName(file);
     const Guard guard = linux_platform::ReadGuard(guard_path);
+    if (guard.error != 0)
+        throw std::system_error(guard.error, std::generic_category(), guard_path);
     if (guard.damaged)
         throw std::runtime_error(std::string(guard_path) + ": guard is damaged");
     const GuardLine* line = guard.find(name);

@@ -1,6 +1,6 @@
 #include "platform/locks.h"
 
-#include "platform/log.h"
+#include "platform/messages.h"
 
 #include <cerrno>
 #include <chrono>
@@ -17,6 +17,13 @@ namespace {
 
 constexpr std::chrono::milliseconds poll_interval{10};
 
+// The error is still the caller's behind it.
+void LogFailure(const char* what, const std::string& path) {
+    const int error = errno;
+    LogError("%s: failed to %s: %s", path, what, std::strerror(error));
+    errno = error;
+}
+
 int OpenLockFile(const std::string& path) {
     constexpr int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
     int descriptor = ::open(path.c_str(), flags, 0600);
@@ -26,7 +33,7 @@ int OpenLockFile(const std::string& path) {
         descriptor = ::open(path.c_str(), flags, 0600);
     }
     if (descriptor < 0)
-        shell_log_error("%s: failed to open lock file: %s", path.c_str(), std::strerror(errno));
+        LogFailure("open lock file", path);
     return descriptor;
 }
 
@@ -63,12 +70,14 @@ bool FileLock::Acquire(int operation, long timeout, bool wait) {
     const std::chrono::seconds patience(wait ? timeout : 0);
     while (::flock(descriptor_, operation | LOCK_NB) != 0) {
         if (errno != EWOULDBLOCK && errno != EINTR)
-            shell_log_error("%s: failed to lock: %s", path_.c_str(), std::strerror(errno));
+            LogFailure("lock", path_);
         else if (Clock::now() - start < patience) {
             std::this_thread::sleep_for(poll_interval);
             continue;
         }
+        const int error = errno == EINTR ? EWOULDBLOCK : errno;
         Release();
+        errno = error;
         return false;
     }
     return true;

@@ -14,6 +14,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <limits>
 #include <memory>
 #include <net/if.h>
 #include <optional>
@@ -45,6 +46,25 @@ std::string AddressText(std::uint32_t number) {
     return ::inet_ntop(AF_INET, &address, text, sizeof text) ? text : std::string();
 }
 
+// The length of a mask without holes, -1 for any other number.
+int PrefixLength(std::uint32_t mask) {
+    const int length = std::countl_one(mask);
+    return length == std::popcount(mask) ? length : -1;
+}
+
+struct AddressPair {
+    std::uint32_t address;
+    std::uint32_t mask;
+};
+
+std::optional<AddressPair> ParsePair(const std::string& address, const std::string& netmask) {
+    const auto number = ParseAddress(address);
+    const auto mask = ParseAddress(netmask);
+    if (!number || !mask || PrefixLength(*mask) < 0)
+        return std::nullopt;
+    return AddressPair{*number, *mask};
+}
+
 bool IsDigit(char character) {
     return character >= '0' && character <= '9';
 }
@@ -72,11 +92,13 @@ namespace corvanshell {
 const int default_mtu = 1500;
 
 std::string getbrcast(const std::string& address, const std::string& netmask) {
-    const auto number = ParseAddress(address);
-    const auto mask = ParseAddress(netmask);
-    if (!number || !mask || subnetmask_to_cidr(netmask) < 0)
-        return {};
-    return AddressText(*number | ~*mask);
+    const auto pair = ParsePair(address, netmask);
+    return pair ? AddressText(pair->address | ~pair->mask) : std::string();
+}
+
+std::string getnetwork(const std::string& address, const std::string& netmask) {
+    const auto pair = ParsePair(address, netmask);
+    return pair ? AddressText(pair->address & pair->mask) : std::string();
 }
 
 bool is_valid_ip(const std::string& text) {
@@ -106,12 +128,14 @@ std::int64_t address_to_number(const std::string& text) {
     return number ? std::int64_t{*number} : -1;
 }
 
+std::string number_to_address(std::int64_t number) {
+    const bool is_address = number >= 0 && number <= std::numeric_limits<std::uint32_t>::max();
+    return is_address ? AddressText(static_cast<std::uint32_t>(number)) : std::string();
+}
+
 int subnetmask_to_cidr(const std::string& netmask) {
     const auto mask = ParseAddress(netmask);
-    if (!mask)
-        return -1;
-    const int length = std::countl_one(*mask);
-    return length == std::popcount(*mask) ? length : -1;
+    return mask ? PrefixLength(*mask) : -1;
 }
 
 std::string cidr_to_subnetmask(const std::string& prefix_length) {

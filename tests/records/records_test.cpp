@@ -20,6 +20,7 @@ using support::ReadFile;
 using support::WriteFile;
 
 constexpr const char* kLocal = "/mnt/main/etc/local.conf";
+constexpr const char* kUnread = "/mnt/main/etc/local.conf.unread";
 constexpr const char* kCommon = "/mnt/main/etc/common.conf";
 constexpr const char* kGuard = "/mnt/main/etc/settings.crg";
 
@@ -96,8 +97,14 @@ TEST_F(RecordsTest, InterfacesKeepWhatTheFileSays) {
 
 TEST_F(RecordsTest, BadUpValueEndsTheRead) {
     WriteProtected(kLocal, "HOSTNAME first\nETH0_UP on\nHOSTNAME second\n");
-    const auto output = Capture([] { EXPECT_EQ(HostName(), "first"); });
-    EXPECT_EQ(output.err, "ReadConf exception\n");
+    const auto output = Capture([] {
+        CConfStruct record(kLocal, true);
+        EXPECT_EQ(record.HostName(), "first");
+        EXPECT_FALSE(record.CheckRead());
+        EXPECT_TRUE(record.Write());
+    });
+    EXPECT_EQ(output.err, "ReadConf exception\n/mnt/main/etc/local.conf: failed to read settings: line 2\n");
+    EXPECT_EQ(ReadFile(kUnread), "HOSTNAME first\nETH0_UP on\nHOSTNAME second\n");
 }
 
 TEST_F(RecordsTest, FlagsAreWordsThatStartWithOnOrOff) {
@@ -111,15 +118,35 @@ TEST_F(RecordsTest, FlagsAreWordsThatStartWithOnOrOff) {
 TEST_F(RecordsTest, GuardsDecideWhatIsRead) {
     WriteFile("/mnt/main/etc/local.conf.orig", "HOSTNAME original\n");
     EXPECT_EQ(Read("HOSTNAME guarded\n").HostName(), "guarded");
-    // Changed behind the system's back: nothing is read.
+    // Changed behind the system's back: nothing is read, and nothing is lost.
     WriteFile(kLocal, "HOSTNAME foreign\n");
     EXPECT_EQ(HostName(), "zq100");
+    const auto before = support::TakeSnapshot();
+    const std::string refusal = std::string(kLocal) + " does not match its guard\n";
+    EXPECT_EQ(Capture([] {
+                  CConfStruct record(kLocal, true);
+                  EXPECT_FALSE(record.CheckRead() || record.Write());
+              }).err,
+              std::string(kLocal) + ": failed to read settings: " + refusal + kLocal +
+                  ": not written, as it was not read: " + refusal);
+    support::ExpectUnchanged(before);
     // A damaged guard says nothing against the set, and the file's default version is read.
     WriteFile(kGuard, "damaged\n");
     static_cast<void>(TakeLog());
     EXPECT_EQ(HostName(), "original");
     const LogLine corrupted = {3, "File '/mnt/main/etc/local.conf' is corrupted. Using default version..."};
     EXPECT_EQ(TakeLog().front(), corrupted);
+    // A write keeps what it replaces, and the next one knows the file.
+    ASSERT_EQ(chmod(kLocal, 0640), 0);
+    CConfStruct original(kLocal, true);
+    EXPECT_TRUE(original.CheckRead() && original.Write() && original.Write());
+    EXPECT_EQ(ReadFile(kUnread), "HOSTNAME foreign\n");
+    EXPECT_EQ(support::ModeOf(kUnread), 0640U);
+    EXPECT_EQ(TakeLog().at(1),
+              (LogLine{3, std::string(kLocal) + ": what was not read of it is kept as " + kUnread}));
+    EXPECT_EQ(HostName(), "original");
+    WriteFile(kLocal, "HOSTNAME foreign\n");
+    WriteFile(kGuard, "damaged\n");
     EXPECT_EQ(CConfStruct(kLocal, false).HostName(), "foreign"); // an unguarded record asks no guard
     ASSERT_EQ(support::RunShell("rm /mnt/main/etc/local.conf.orig").status, 0);
     EXPECT_EQ(HostName(), "zq100");
