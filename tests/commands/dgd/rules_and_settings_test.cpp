@@ -266,8 +266,7 @@ TEST_F(DgdTest, ValuesOfTheShell) {
     EXPECT_THAT(value::ExistingDgdRules().list(), ElementsAre("r"));
     EXPECT_THAT(value::DGDRequest().list(), ElementsAre("icmp", "tcp80", "tcp443"));
     support::MakeVeth("eth0", "eth1");
-    WriteRecord("local.conf",
-                "ETH0_IP 10.0.0.1\nETH0_MASK 255.0.0.0\nETH1_IP dhcp\nETH1_MASK dhcp\nETH2_IP dhcp\n");
+    WriteRecord("ETH0_IP 10.0.0.1\nETH0_MASK 255.0.0.0\nETH1_IP dhcp\nETH1_MASK dhcp\nETH2_IP dhcp\n");
     EXPECT_THAT(value::DGDInterface().list(), ElementsAre("eth1", "modem"));
     EXPECT_EQ(value::DgdName().sample(), "DGD name length 1-63, symbols: [A-z][0-9]-");
     EXPECT_EQ(value::DgdLogText().sample(), "DGD log text: length 1-63, symbols: [A-z][0-9]-");
@@ -287,7 +286,7 @@ TEST_F(DgdTest, ValuesOfTheShell) {
 }
 
 TEST_F(DgdTest, PassiveNode) {
-    MakePassive();
+    JoinCluster(1);
     support::Record("/sbin/dgd.sh");
     const std::string disabled = "DGD management is disabled because the cluster appliance is passive.";
     ExpectRefusals({{[] { return SetMode("on"); }, disabled}, {ShowConfiguration, disabled}});

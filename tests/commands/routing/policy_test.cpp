@@ -345,7 +345,7 @@ TEST_F(PolicyTest, ValuesOfTheShell) {
 }
 
 TEST_F(PolicyTest, PassiveNode) {
-    MakePassive();
+    JoinCluster(1);
     Answer({});
     const std::function<bool()> actions[] = {
         [] { return PolicyRuleAdd(RuleItem::kBlock, "p", 1024, ""); },

@@ -96,9 +96,8 @@ TEST_F(RouteCommandsTest, TableComesAndGoesWithItsRoutes) {
               "The following static route has been added:\n" + Listing("5 (VPN)", kRoute1));
     EXPECT_EQ(Do(true, [&] { return add("10.0.0.0", "6", ""); }).out,
               "The following static route has been added:\n" + Listing("6 (TABLE-6)", kRoute1));
-    EXPECT_EQ(
-        Do(true, [] { return RouteAdd("11.0.0.0", "255.0.0.0", "1.1.1.1", "5", "vpn", "", ""); }).err,
-        "");
+    EXPECT_EQ(Do(true, [] { return RouteAdd("11.0.0.0", "255.0.0.0", "1.1.1.1", "5", "vpn", "", ""); }).err,
+              "");
     EXPECT_EQ(Configured("table"), "table 5 VPN\ntable 6 TABLE-6\ntable 254 MAIN\n");
 
     EXPECT_EQ(Do(true, [] { return RouteDeleteTo("10.0.0.0", "6"); }).err, "");
@@ -118,10 +117,8 @@ TEST_F(RouteCommandsTest, TableComesAndGoesWithItsRoutes) {
               "table\n");
     EXPECT_EQ(Configured("ip route"), "ip route table 5 10.0.0.0/8 1.1.1.1\n");
     Configure({"no ip rule p 1024"});
-    EXPECT_EQ(
-        Do(true, [] { return RouteDeleteNextHop("10.0.0.0", "255.0.0.0", "1.1.1.1", "5", "VPN"); })
-            .err,
-        "");
+    EXPECT_EQ(Do(true, [] { return RouteDeleteNextHop("10.0.0.0", "255.0.0.0", "1.1.1.1", "5", "VPN"); }).err,
+              "");
     EXPECT_EQ(Configured("table") + Configured("ip route"), "table 254 MAIN\n");
 }
 
@@ -373,8 +370,7 @@ TEST_F(RouteCommandsTest, DhcpDistance) {
 
 TEST_F(RouteCommandsTest, DhcpReports) {
     EXPECT_EQ(Do(true, ShowDhcpRoutes).out, "DHCP is not enabled\n");
-    WriteRecord("local.conf",
-                "DEFAULT_DHCP_METRIC 75\nETH0_IP dhcp\nETH0_MASK dhcp\nETH0_BROADCAST dhcp\nETH0_DHCP_ROUTE "
+    WriteRecord("DEFAULT_DHCP_METRIC 75\nETH0_IP dhcp\nETH0_MASK dhcp\nETH0_BROADCAST dhcp\nETH0_DHCP_ROUTE "
                 "on\nETH0_DHCP_NTP on\nETH0_DHCP_METRIC 90\nETH1_IP 10.0.0.1\nETH1_MASK 255.0.0.0\n");
     EXPECT_EQ(Do(true, ShowDhcpRoutes).out, "No DHCP routes exist\n");
     const std::string route = "eth0       10.0.0.0/8          192.168.1.1      70\n";
@@ -394,7 +390,7 @@ TEST_F(RouteCommandsTest, DhcpReports) {
 }
 
 TEST_F(RouteCommandsTest, PassiveNodeTakesNoLockAndAsksNobody) {
-    MakePassive();
+    JoinCluster(1);
     Answer({});
     ASSERT_EQ(rmdir("/run/lock/run/quagga"), 0); // a lock taken would show below
     ASSERT_EQ(mkdir("/run/lock/run/quagga", 0755), 0);

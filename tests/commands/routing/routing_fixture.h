@@ -1,17 +1,16 @@
 #pragma once
 
-#include "platform/guards.h"
-#include "tests/support/appliance.h"
+#include "tests/support/command_test.h"
 
 #include <functional>
 #include <string>
 #include <vector>
 
-// An appliance with its routing daemons: the working stand-in, or a recorder whose answers a test queues.
-class RoutingAppliance : public support::Appliance {
+// An appliance with its routing daemons: the working stand-in, whose running configuration can be watched, or
+// a recorder, to which a test gives answers_ or queues them.
+class RoutingAppliance : public CommandTest {
 protected:
     static constexpr const char* kVtysh = "/usr/bin/vtysh";
-    static constexpr const char* kClusterState = "/var/spool/corvan/failoverstat";
     static constexpr const char* kListHead =
         "Destination      Netmask          Next hop         Distance Weight\n"
         "-----------      -------          --------         -------- ------\n";
@@ -20,20 +19,19 @@ protected:
         const support::Result result =
             support::RunProgram({SOURCE_FOLDER "/reference/routing/install", BUILD_FOLDER});
         EXPECT_EQ(result.status, 0) << result.err;
-        WriteRecord("common.conf", "");
-        WriteRecord("local.conf", "");
+        WriteProtected(path_list::common_settings, "");
+        WriteRecord("");
+    }
+
+    void WatchDaemon(const std::string& daemon) {
+        const std::string path = "/run/quagga/" + daemon + ".running";
+        Watch(daemon, [path] { return support::Exists(path) ? support::ReadFile(path) : ""; });
     }
 
     // Runs a command that succeeds or not, with these answers to its questions.
     static support::Output Do(bool expected, const std::function<bool()>& command,
                               const std::string& answers = "") {
         return support::Capture([&] { EXPECT_EQ(command(), expected); }, answers);
-    }
-
-    static void WriteRecord(const std::string& name, const std::string& text) {
-        const std::string path = "/mnt/main/etc/" + name;
-        support::WriteFile(path, text);
-        ASSERT_TRUE(corvanshell::UpdateGuardFile("/mnt/main/etc/settings.crg", 1, path.c_str(), nullptr));
     }
 
     // Runs lines of a daemon's configuration mode in the stand-in.
@@ -67,10 +65,5 @@ protected:
         for (const support::Answer& answer : answers) {
             support::Queue(kVtysh, answer);
         }
-    }
-
-    static void MakePassive() {
-        support::WriteFile("/mnt/main/etc/sk_nums", "FO_PARAMS=\"cluster\"\n");
-        support::WriteFile(kClusterState, "state\n1\n");
     }
 };
