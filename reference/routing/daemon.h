@@ -23,6 +23,9 @@ public:
     // and working it out takes a look at every route.
     virtual std::string Tables() const { return {}; }
 
+    // Has the system do what the configuration says. False when it refused a part.
+    [[nodiscard]] virtual bool Apply() const { return true; }
+
     bool InSection() const { return in_section_; }
     virtual void LeaveSection() { in_section_ = false; }
 
@@ -35,5 +38,7 @@ private:
 
 // Null when there is no daemon of that name.
 std::unique_ptr<Daemon> MakeDaemon(const std::string& name);
+// Has the daemon take a whole configuration. A line that it refuses is told on standard error.
+void LoadConfiguration(Daemon& daemon, const std::string& text);
 
 } // namespace reference::routing

@@ -8,7 +8,6 @@
 namespace reference::routing {
 namespace {
 
-constexpr const char* kStates = "/run/quagga/dgd-states";
 constexpr const char* kLevels[] = {"critical", "errors", "notifications", "informational", "debugging"};
 constexpr const char* kCheckTypes[] = {"icmp", "tcp80", "tcp443"};
 constexpr const char* kModem = "modem";
@@ -19,7 +18,7 @@ bool IsOneOf(const char* const* begin, const char* const* end, const std::string
 
 // The words behind the name in the next hop's line of the states.
 Words StateOf(const std::string& name) {
-    const std::string text = ReadWhole(kStates);
+    const std::string text = ReadWhole(kDgdStates).value_or("");
     for (std::size_t start = 0; start < text.size();) {
         const std::size_t end = std::min(text.find('\n', start), text.size());
         Words words = Split(std::string_view(text).substr(start, end - start));
@@ -81,11 +80,16 @@ bool Dgdd::ConfigureNextHop(const Words& words, bool remove) {
         return false;
     LeaveSection();
     if (remove)
-        return next_hops_.erase(words[1]) == 1;
+        return !IsMatched(words[1]) && next_hops_.erase(words[1]) == 1;
     next_hop_ = &next_hops_[words[1]];
     next_hop_->dynamic = dynamic;
     EnterSection();
     return true;
+}
+
+bool Dgdd::IsMatched(const std::string& next_hop) const {
+    return std::any_of(rules_.begin(), rules_.end(),
+                       [&](const auto& rule) { return rule.second.states.contains(next_hop); });
 }
 
 bool Dgdd::ConfigureRule(const Words& words, bool remove) {
@@ -107,8 +111,10 @@ bool Dgdd::ConfigureNextHopItem(const Words& words, bool remove) {
     if (remove || words.size() != 2)
         return false;
     if (words[0] == (next_hop_->dynamic ? "interface" : "address")) {
-        next_hop_->place = words[1];
-        return next_hop_->dynamic ? words[1].size() < 16 : ToAddress(words[1]).has_value();
+        const bool good = next_hop_->dynamic ? IsInterface(words[1]) : ToAddress(words[1]).has_value();
+        if (good)
+            next_hop_->place = words[1];
+        return good;
     }
     if (words[0] == "test-address" && ToAddress(words[1])) {
         next_hop_->test_address = words[1];
@@ -138,7 +144,8 @@ bool Dgdd::ConfigureRuleItem(const Words& words, bool remove) {
     if (remove)
         return words.size() == 2 && rule_->actions.erase(*priority) == 1;
     const std::string action = Join(words, 2);
-    if (!(action.starts_with("route policy ") && words.size() == 5) && !action.starts_with("zlog "))
+    const bool is_policy = action.starts_with("route policy ") && words.size() == 5 && IsName(words[4]);
+    if (!is_policy && !action.starts_with("zlog "))
         return false;
     return rule_->actions.emplace(*priority, action).second;
 }

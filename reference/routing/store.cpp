@@ -1,6 +1,8 @@
 #include "reference/routing/store.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -34,6 +36,14 @@ bool WriteAll(int descriptor, const std::string& text) {
     return true;
 }
 
+bool IsLockedByOther(const char* path) {
+    const int file = open(path, O_RDONLY | O_CLOEXEC);
+    const bool locked = file >= 0 && flock(file, LOCK_SH | LOCK_NB) != 0;
+    if (file >= 0)
+        close(file);
+    return locked;
+}
+
 } // namespace
 
 Store::Store(const std::string& daemon) : daemon_(daemon) {
@@ -51,7 +61,7 @@ Store::~Store() {
 
 bool Store::IsRunning() const {
     if (daemon_ == "dgdd")
-        return HasRunning();
+        return HasRunning() && IsLockedByOther(kDgddPidFile);
     return access((kState + daemon_ + ".down").c_str(), F_OK) != 0;
 }
 
@@ -59,15 +69,15 @@ bool Store::HasRunning() const {
     return access(RunningPath(daemon_).c_str(), F_OK) == 0;
 }
 
-std::string Store::Saved() const {
+std::optional<std::string> Store::Saved() const {
     return ReadWhole(SavedPath(daemon_));
 }
 
-std::string Store::Running() const {
+std::optional<std::string> Store::Running() const {
     return ReadWhole(RunningPath(daemon_));
 }
 
-std::string Store::Tables() const {
+std::optional<std::string> Store::Tables() const {
     return ReadWhole(TablesPath(daemon_));
 }
 
@@ -85,7 +95,7 @@ bool ReplaceFile(const std::string& path, const std::string& text) {
     const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
     if (file < 0)
         return false;
-    const bool written = WriteAll(file, text);
+    const bool written = WriteAll(file, text) && fsync(file) == 0;
     const bool closed = close(file) == 0;
     if (written && closed && rename(temporary.c_str(), path.c_str()) == 0)
         return true;
@@ -93,23 +103,20 @@ bool ReplaceFile(const std::string& path, const std::string& text) {
     return false;
 }
 
-std::string ReadWhole(const std::string& path) {
-    std::string text;
+std::optional<std::string> ReadWhole(const std::string& path) {
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (file < 0)
-        return text;
-    struct stat status {};
-    if (fstat(file, &status) == 0 && status.st_size > 0)
-        text.resize(static_cast<std::size_t>(status.st_size));
-    std::size_t size = 0;
-    for (ssize_t count = 0; size < text.size(); size += static_cast<std::size_t>(count)) {
-        count = read(file, text.data() + size, text.size() - size);
-        if (count <= 0)
-            break;
-    }
-    text.resize(size);
-    close(file);
-    return text;
+    if (file < 0 && errno == ENOENT)
+        return "";
+    std::string text;
+    char buffer[65536];
+    ssize_t count = -1;
+    while (file >= 0 && (count = read(file, buffer, sizeof buffer)) > 0)
+        text.append(buffer, static_cast<std::size_t>(count));
+    if (count < 0)
+        std::fprintf(stderr, "%s: failed to read: %s\n", path.c_str(), std::strerror(errno));
+    if (file >= 0)
+        close(file);
+    return count < 0 ? std::nullopt : std::optional(text);
 }
 
 } // namespace reference::routing

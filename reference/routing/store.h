@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace reference::routing {
@@ -14,14 +15,15 @@ public:
     Store& operator=(const Store&) = delete;
 
     bool IsLocked() const { return lock_ >= 0; }
-    // zebra and zdhcpd run unless /run/quagga/<daemon>.down is there, dgdd once /sbin/dgd.sh has started it.
+    // zebra and zdhcpd run unless /run/quagga/<daemon>.down is there, dgdd as long as it holds its pid file.
     bool IsRunning() const;
     // Whether the daemon has been asked before; until then its configuration is the saved one.
     bool HasRunning() const;
 
-    std::string Saved() const;
-    std::string Running() const;
-    std::string Tables() const;
+    // "" when nothing was kept; nothing when it can't be read.
+    std::optional<std::string> Saved() const;
+    std::optional<std::string> Running() const;
+    std::optional<std::string> Tables() const;
     [[nodiscard]] bool SetSaved(const std::string& text) const;
     [[nodiscard]] bool SetRunning(const std::string& text, const std::string& tables) const;
 
@@ -30,8 +32,11 @@ private:
     int lock_;
 };
 
-// Puts the whole text in the place of the file.
+constexpr const char* kDgddPidFile = "/run/quagga/dgdd.pid"; // locked by the one that runs
+
+// Puts the whole text, safe on the disk, in the place of the file.
 [[nodiscard]] bool ReplaceFile(const std::string& path, const std::string& text);
-std::string ReadWhole(const std::string& path);
+// "" for a file that is not there; nothing, with the reason on standard error, for one that can't be read.
+std::optional<std::string> ReadWhole(const std::string& path);
 
 } // namespace reference::routing

@@ -4,6 +4,7 @@
 #include <arpa/inet.h>
 #include <cctype>
 #include <charconv>
+#include <net/if.h>
 
 namespace reference::routing {
 
@@ -67,6 +68,13 @@ bool IsName(const std::string& text) {
            std::all_of(text.begin(), text.end(), [](unsigned char letter) {
                return letter < 0x80 &&
                       (std::isalnum(letter) || letter == '-' || letter == '_' || letter == '.');
+           });
+}
+
+bool IsInterface(const std::string& text) {
+    return !text.empty() && text.size() < IFNAMSIZ && text != "." && text != ".." &&
+           std::none_of(text.begin(), text.end(), [](unsigned char letter) {
+               return std::isspace(letter) || letter == '/' || letter == ':';
            });
 }
 

@@ -21,5 +21,6 @@ std::optional<std::uint32_t> ToAddress(const std::string& text); // host order
 std::string AddressText(std::uint32_t address);
 std::string UpperCase(std::string text);
 bool IsName(const std::string& text);
+bool IsInterface(const std::string& text); // what the kernel takes as an interface's name
 
 } // namespace reference::routing

@@ -34,7 +34,9 @@ bool Parse(int argc, char** argv, CommandLine& line) {
 // One call: its lines walk through the modes of the terminal.
 class Session {
 public:
-    Session(const Store& store, const std::string& name) : store_(store), name_(name) {}
+    // `kept` is the running configuration or, for a daemon that was not asked before, the saved one.
+    Session(const Store& store, const std::string& name, const std::string& kept)
+        : store_(store), name_(name), kept_(kept) {}
 
     // False when the line is refused; `output` gets the answer either way.
     bool Run(const std::string& line, std::string& output) {
@@ -52,19 +54,33 @@ public:
         if (Equal(words, {"show", "running-config"}))
             output = Running();
         else if (Equal(words, {"show", "tables", "static"}) && name_ == "zebra")
-            output = changed_ || !store_.HasRunning() ? Loaded().Tables() : store_.Tables();
+            return ShowTables(output);
         else
             return Loaded().Show(words, output);
         return true;
     }
 
+    // Keeps what has changed, and has the system do it.
     bool Keep() {
-        if (!changed_ && store_.HasRunning())
+        if (!IsNew())
             return true;
-        return store_.SetRunning(Loaded().Configuration(), Loaded().Tables());
+        if (!store_.SetRunning(Loaded().Configuration(), Loaded().Tables())) {
+            std::fprintf(stderr, "vtysh: failed to keep the configuration\n");
+            return false;
+        }
+        return Loaded().Apply();
     }
 
 private:
+    bool ShowTables(std::string& output) {
+        const auto tables = IsNew() ? Loaded().Tables() : store_.Tables();
+        output = tables.value_or("");
+        return tables.has_value();
+    }
+
+    // Whether the daemon knows more than what is kept.
+    bool IsNew() const { return changed_ || !store_.HasRunning(); }
+
     bool Leave(bool all) {
         if (!configuring_)
             return false;
@@ -78,9 +94,7 @@ private:
         return true;
     }
 
-    std::string Running() {
-        return changed_ || !store_.HasRunning() ? Loaded().Configuration() : store_.Running();
-    }
+    std::string Running() { return IsNew() ? Loaded().Configuration() : kept_; }
 
     Daemon& Changed() {
         changed_ = true;
@@ -91,27 +105,13 @@ private:
         if (daemon_)
             return *daemon_;
         daemon_ = MakeDaemon(name_);
-        const std::string text = store_.HasRunning() ? store_.Running() : store_.Saved();
-        for (std::size_t start = 0; start < text.size();) {
-            const std::size_t end = std::min(text.find('\n', start), text.size());
-            Load(std::string_view(text).substr(start, end - start));
-            start = end + 1;
-        }
-        daemon_->LeaveSection();
+        LoadConfiguration(*daemon_, kept_);
         return *daemon_;
-    }
-
-    void Load(std::string_view line) {
-        const Words words = Split(line);
-        if (words.empty() || words[0] == "!")
-            daemon_->LeaveSection();
-        else if (!daemon_->Configure(words))
-            std::fprintf(stderr, "%s: configuration: refused: %.*s\n", name_.c_str(),
-                         static_cast<int>(line.size()), line.data());
     }
 
     const Store& store_;
     std::string name_;
+    std::string kept_;
     std::unique_ptr<Daemon> daemon_; // when a line has needed it
     bool configuring_ = false;
     bool changed_ = false;
@@ -127,7 +127,10 @@ int Main(const CommandLine& line) {
         std::fprintf(stderr, "Exiting: failed to connect to any daemons.\n");
         return 1;
     }
-    Session session(store, line.daemon);
+    const auto kept = store.HasRunning() ? store.Running() : store.Saved();
+    if (!kept)
+        return 1;
+    Session session(store, line.daemon, *kept);
     bool done = true;
     for (const std::string& command : line.lines) {
         std::string output;
@@ -138,10 +141,8 @@ int Main(const CommandLine& line) {
         if (!done)
             break;
     }
-    const bool kept = session.Keep();
-    if (!kept)
-        std::fprintf(stderr, "vtysh: failed to keep the configuration\n");
-    return done && kept && std::fflush(stdout) == 0 ? 0 : 1;
+    const bool in_force = session.Keep();
+    return done && in_force && std::fflush(stdout) == 0 ? 0 : 1;
 }
 
 } // namespace

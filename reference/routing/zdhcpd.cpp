@@ -22,9 +22,9 @@ bool Zdhcpd::Configure(const Words& words) {
 bool Zdhcpd::Show(const Words& words, std::string& output) const {
     if (!Equal(words, {"show", "ip", "dhcp", "route"}))
         return false;
-    output =
-        "Interface  Network             Gateway          Distance\n" + ReadWhole("/run/quagga/dhcp-routes");
-    return true;
+    const auto routes = ReadWhole("/run/quagga/dhcp-routes");
+    output = "Interface  Network             Gateway          Distance\n" + routes.value_or("");
+    return routes.has_value();
 }
 
 std::string Zdhcpd::Configuration() const {

@@ -2,40 +2,27 @@
 
 #include <algorithm>
 #include <iterator>
-#include <set>
 
 namespace reference::routing {
 namespace {
 
-constexpr std::uint32_t kMainTable = 254;
 constexpr const char* kMainName = "MAIN";
-constexpr std::uint32_t kLargestTable = UINT32_MAX;
+constexpr std::uint32_t kLargestTable = kFirstWatchTable - 1;
+constexpr std::uint32_t kKernelTables[] = {253, 255}; // its own, beside the main one
 constexpr std::uint32_t kDefaultDistance = 10;
 constexpr std::uint32_t kDefaultWeight = 1;
 constexpr std::uint32_t kLargestMetric = 255;
-constexpr const char* kDefaultPolicy = "default";
 constexpr std::uint32_t kDefaultPriority = 32766;
 constexpr std::uint32_t kLowestPriority = 1024;
 constexpr std::uint32_t kHighestPriority = 2048;
 
 constexpr const char* kItems[] = {
     "match from", "match to", "match inbound-interface", "match outbound-interface", "match tos", "set"};
-enum Kind : std::size_t { kFrom, kTo, kInbound, kOutbound, kTos, kSet };
 
-struct Prefix {
-    std::uint32_t address;
-    std::uint32_t length;
-};
-
-std::optional<Prefix> ToPrefix(const std::string& text) {
-    const std::size_t slash = text.find('/');
-    if (slash == text.npos)
-        return std::nullopt;
-    const auto address = ToAddress(text.substr(0, slash));
-    const auto length = ToNumber(std::string_view(text).substr(slash + 1), 0, 32);
-    if (!address || !length)
-        return std::nullopt;
-    return Prefix{*length == 0 ? 0 : *address & (~std::uint32_t{0} << (32 - *length)), *length};
+std::optional<std::uint32_t> ToTable(const std::string& text) {
+    const auto number = ToNumber(text, 1, kLargestTable);
+    const bool taken = number && std::count(std::begin(kKernelTables), std::end(kKernelTables), *number) > 0;
+    return taken ? std::nullopt : number;
 }
 
 } // namespace
@@ -64,17 +51,25 @@ bool Zebra::HasTable(const std::string& name) const {
                        [&](const auto& table) { return !name.empty() && table.second == name; });
 }
 
+// Rules know a table by its name.
+bool Zebra::IsReferredTo(const std::string& table) const {
+    return !table.empty() && std::any_of(rules_.begin(), rules_.end(), [&](const auto& rule) {
+        const Words action = Split(rule.second[kSet]);
+        return action.size() == 2 && UpperCase(action[1]) == table;
+    });
+}
+
 // "no table" takes the name away. Routes stay, in a table without a name, which goes with a second "no
 // table".
 bool Zebra::ConfigureTable(const Words& words, bool remove) {
     if (words.size() != 2 && (remove || words.size() != 3))
         return false;
-    const auto number = ToNumber(words[1], 1, kLargestTable);
+    const auto number = ToTable(words[1]);
     if (!number)
         return false;
     const auto table = tables_.find(*number);
     if (remove) {
-        if (table == tables_.end() || *number == kMainTable)
+        if (table == tables_.end() || *number == kMainTable || IsReferredTo(table->second))
             return false;
         const auto route = routes_.lower_bound({*number, 0, 0, 0});
         if (route != routes_.end() && std::get<0>(route->first) == *number)
@@ -86,7 +81,10 @@ bool Zebra::ConfigureTable(const Words& words, bool remove) {
     const std::string name = words.size() == 3 ? UpperCase(words[2]) : "";
     if (*number == kMainTable)
         return name == kMainName;
-    if (!name.empty() && (!IsName(name) || HasTable(name)))
+    const bool known = table != tables_.end();
+    if (known && table->second == name)
+        return true;
+    if ((known && IsReferredTo(table->second)) || (!name.empty() && (!IsName(name) || HasTable(name))))
         return false;
     tables_[*number] = name;
     return true;
@@ -97,7 +95,7 @@ bool Zebra::ConfigureRoute(const Words& words, bool remove) {
     std::size_t next = 2;
     std::uint32_t table = kMainTable;
     if (words.size() > 3 && words[2] == "table") {
-        const auto number = ToNumber(words[3], 1, kLargestTable);
+        const auto number = ToTable(words[3]);
         if (!number)
             return false;
         table = *number;
@@ -165,12 +163,12 @@ bool Zebra::IsItemGood(std::size_t kind, const std::string& value) const {
     case kTo:
         return ToAddress(value) || ToPrefix(value);
     case kTos:
-        return ToNumber(value, 0, 255).has_value();
+        return ToNumber(value, 0, kLargestTos).has_value();
     case kSet:
         return value == "blackhole" || value == "reject" ||
                (words.size() == 2 && words[0] == "table" && HasTable(words[1]));
     default:
-        return words.size() == 1 && value.size() < 16;
+        return IsInterface(value);
     }
 }
 
@@ -179,6 +177,8 @@ bool Zebra::ConfigureItem(const Words& words, bool remove) {
     if (rule_ == nullptr)
         return false;
     const std::string line = Join(words, 0);
+    if (rule_ == &rules_[{kDefaultPolicy, kDefaultPriority}])
+        return line == "set table MAIN"; // the kernel's own rule
     for (std::size_t kind = 0; kind < std::size(kItems); ++kind) {
         const std::string name = kItems[kind];
         std::string& item = (*rule_)[kind];
@@ -248,13 +248,7 @@ bool Zebra::Show(const Words& words, std::string& output) const {
     } else if (words.size() == 4 && StartsWith(words, {"show", "ip", "policy"})) {
         output = HasPolicy(words[3]) ? RuleText(words[3]) : "% No such IP policy\n";
     } else if (Equal(words, {"show", "ip", "route"})) {
-        output = "Codes: S - static route, > - selected route, * - FIB route\n\n";
-        for (const auto& [key, route] : routes_) {
-            const auto& [table, address, length, gateway] = key;
-            if (table == kMainTable)
-                output += "S>* " + AddressText(address) + "/" + std::to_string(length) + " [" +
-                          std::to_string(route.distance) + "/0] via " + AddressText(gateway) + "\n";
-        }
+        output = ShowRoutes();
     } else {
         return false;
     }

@@ -77,6 +77,7 @@ TEST_F(DgdTest, NextHopListing) {
         "Gateway IP-address    Success / Failed rate      State   Last state change\n" +
         std::string(79, '-') + "\n";
     support::WriteFile(kDgddFile,
+                       "dgd check-interval 120\n!\n" // no finding of the daemon's own meanwhile
                        "next-hop gw\n address 10.0.0.1\n test-address 8.8.8.8\n check\n check-type icmp\n!\n"
                        "dyn-next-hop lte\n interface modem\n no check\n!\n"
                        "dgd-rule r\n match next-hop gw state up\n!\n");

@@ -332,7 +332,7 @@ TEST_F(RouteCommandsTest, Listings) {
     EXPECT_EQ(
         Do(true, ShowRouting),
         (Output{"page: Codes: S - static route, > - selected route, * - FIB route\npage: \n"
-                "page: S>* 10.0.0.0/8 [10/0] via 1.1.1.1\n",
+                "page: S   10.0.0.0/8 [10/0] via 1.1.1.1 inactive\n",
                 "the default route is not set, this could prevent from the reliable mode of operation\n"}));
 }
 

@@ -1,5 +1,6 @@
 #!/bin/sh
 # apply_new_routes.sh
 #
-# Brings back the routes that went with a link: the routing daemon keeps its own, the others come from leases.
-exec /sbin/dhcpclient.sh renew-metrics
+# Brings back the routes that went with a link: those of the routing daemon, and those of leases.
+[ ! -x /sbin/zebra ] || /sbin/zebra || failed=1
+/sbin/dhcpclient.sh renew-metrics && exit ${failed:-0}

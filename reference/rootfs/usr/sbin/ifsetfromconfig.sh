@@ -35,12 +35,16 @@ reset() {
     fi
 }
 
+# Routes went with the addresses.
+bring_routes_back() { [ ! -x /sbin/zebra ] || /sbin/zebra; }
+
 [ "$1" = reset ] || exit 2
 if [ "$2" != all ]; then
-    reset "$2"
+    reset "$2" && bring_routes_back
     exit
 fi
 for name in $(sed -n 's/^\(.*\)_UP[[:blank:]].*/\1/p' $settings | tr '[:upper:]' '[:lower:]'); do
     [ ! -e "/sys/class/net/$name" ] || reset "$name" || failed=1
 done
+bring_routes_back || failed=1
 exit ${failed:-0}
