@@ -1,0 +1,62 @@
+#include "reference/failover/processes.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace reference::failover {
+namespace {
+
+constexpr int kPatience = 100; // looks at a child that is to end, 50 ms apart
+
+[[noreturn]] void Become(const Arguments& arguments) {
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    const int null = open("/dev/null", O_RDWR);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        dup2(null, stream);
+    std::vector<char*> pointers;
+    for (const std::string& argument : arguments)
+        pointers.push_back(const_cast<char*>(argument.c_str()));
+    pointers.push_back(nullptr);
+    execvp(pointers[0], pointers.data());
+    _exit(127);
+}
+
+} // namespace
+
+pid_t Start(const Arguments& arguments) {
+    const pid_t parent = getpid();
+    const pid_t child = fork();
+    if (child != 0)
+        return child;
+    if (prctl(PR_SET_PDEATHSIG, SIGTERM) != 0 || getppid() != parent)
+        _exit(127);
+    Become(arguments);
+}
+
+bool Run(const Arguments& arguments) {
+    const pid_t child = fork();
+    if (child == 0)
+        Become(arguments);
+    int status = 0;
+    return child > 0 && waitpid(child, &status, 0) == child && status == 0;
+}
+
+void End(pid_t child) {
+    if (child <= 0)
+        return;
+    kill(child, SIGTERM);
+    for (int look = 0; look < kPatience; ++look) {
+        if (waitpid(child, nullptr, WNOHANG) != 0)
+            return;
+        usleep(50000);
+    }
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+}
+
+} // namespace reference::failover
