@@ -204,13 +204,13 @@ bool Generate(const File& file, const corvanshell::CConfStruct& record, std::FIL
 
 bool GenerateRelaySettings(const File& file, std::FILE* out, const std::string& id) {
     const corvanshell::CConfStruct record(path_list::local_settings, true);
-    return IsReadable(record) && Generate(file, record, out, id);
+    return record.CheckRead() && Generate(file, record, out, id);
 }
 
 bool WriteRelayDaemonSettings(const File& file, const std::string& id) {
     // Read before the file is opened anew: no relay loses its line to a record that is locked for a moment.
     const corvanshell::CConfStruct record(path_list::local_settings, true);
-    if (!IsReadable(record) || (!id.empty() && !RemoveRelayKnob(id)))
+    if (!record.CheckRead() || (!id.empty() && !RemoveRelayKnob(id)))
         return false;
     Stream out(std::fopen(kDaemonSettings, id.empty() ? "we" : "ae"));
     if (out == nullptr)

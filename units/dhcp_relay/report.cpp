@@ -51,10 +51,10 @@ bool WriteReport(Report& report, const std::string& id) {
         return false;
     if (!id.empty() && !FindRelay(file, id))
         return Refuse("DHCP relay %s: relay is unconfigured", id);
-    if (!report.Open())
+    const corvanshell::CommonConfStruct common;
+    if (!common.CheckRead() || !report.Open())
         return false;
-    const bool autostart = corvanshell::CommonConfStruct().GetFlag("DHCP_RELAY");
-    std::fprintf(report.Out(), "DHCP relays autostart is %s\n", autostart ? "on" : "off");
+    std::fprintf(report.Out(), "DHCP relays autostart is %s\n", common.GetFlag("DHCP_RELAY") ? "on" : "off");
     const NodeSet relays = file.Select("/unit/dhcp-relay[@id]");
     for (std::size_t i = 0; i < relays.Size(); ++i) {
         if (id.empty() || relays.At(i).GetAttr("id") == id)

@@ -1,5 +1,6 @@
 #include "tests/units/dhcp_relay/relay_fixture.h"
 #include "units/dhcp_relay/report.h"
+#include "units/dhcp_relay/rules/interface_change.h"
 
 namespace settings::dhcp_relay {
 namespace {
@@ -194,6 +195,27 @@ Internal listen interfaces eth7
                    ""});
     Expect([] { return PrintDhcpRelays("7"); }, false, {"", "DHCP relay 7: relay is unconfigured\n"});
     EXPECT_EQ(RunShell("ls /tmp/dhcp-relay-*").out, "");
+}
+
+// Nobody's interfaces are unconfigured and nobody's autostart is off because a record was not read.
+TEST_F(RelayTest, UnreadRecordIsToldAndChangesNothing) {
+    Relays(kFirst);
+    WriteFile(kDaemonFile, "old");
+    WriteProtected(path_list::common_settings, "DHCP_RELAY on\n");
+    WriteFile(path_list::common_settings, "DHCP_RELAY off\n"); // behind the system's back
+    const std::string fault =
+        ": failed to read settings: " + path_list::common_settings + " does not match its guard\n";
+    const support::Snapshot before = support::TakeSnapshot();
+    const auto expect_refusal = [](const std::function<bool()>& call, const std::string& error) {
+        EXPECT_EQ(support::Capture([&] { EXPECT_FALSE(call()); }), (support::Output{"", error}));
+    };
+    for (const char* rest : {"", "#1", "?check", "?add-listen-interface&interface=eth7#1",
+                             "?add-server&server=10.0.0.7&server_id=0&interface=eth0#1"})
+        expect_refusal([&] { return ApplyUnitUri("dhcp-relay%s", rest); }, path_list::local_settings + fault);
+    expect_refusal([] { return PrintDhcpRelays(""); }, path_list::common_settings + fault);
+    expect_refusal([] { return CheckRelayInterfaceChange("eth1", true, false, "access"); },
+                   path_list::common_settings + fault);
+    support::ExpectUnchanged(before);
 }
 
 TEST_F(RelayTest, LockedSettingsAreNotPrinted) {

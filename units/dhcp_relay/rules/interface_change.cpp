@@ -44,6 +44,8 @@ void WarnOfChange(const Change& change) {
 }
 
 bool JudgeChange(const corvanshell::CommonConfStruct& common, const Change& change) {
+    if (!common.CheckRead())
+        return false;
     const bool autostart = common.GetFlag("DHCP_RELAY");
     LogInfo("DHCP relay autostart is %s ", autostart ? "on" : "off");
     if (autostart)

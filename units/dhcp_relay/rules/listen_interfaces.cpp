@@ -40,7 +40,7 @@ bool CheckRoom(Node relay, const std::string& id) {
 
 bool CheckListenInterfaceUsable(const std::string& id, const std::string& interface) {
     const corvanshell::CConfStruct record(path_list::local_settings, true);
-    return IsReadable(record) && CheckListenInterfaceUsable(record, id, interface);
+    return record.CheckRead() && CheckListenInterfaceUsable(record, id, interface);
 }
 
 bool CheckListenInterfaceUsable(const corvanshell::CConfStruct& record, const std::string& id,

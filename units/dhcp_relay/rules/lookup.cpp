@@ -2,7 +2,6 @@
 
 #include "platform/messages.h"
 #include "platform/processes.h"
-#include "records/conf_struct.h"
 
 #include <initializer_list>
 #include <set>
@@ -55,10 +54,6 @@ bool IsDhcpRelayRunning(const std::string& id) {
 bool IsChangePermitted(const std::string& id) {
     return !IsDhcpRelayRunning(id) ||
            Refuse("DHCP relay %s: prohibited to change configuration while daemon is running", id);
-}
-
-bool IsReadable(const corvanshell::CConfStruct& record) {
-    return record.IsWhole() || Refuse("DHCP relay: failed to read network settings");
 }
 
 std::string FindRelayByInterface(const std::string& name) {

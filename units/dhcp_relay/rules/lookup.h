@@ -9,10 +9,6 @@
 // The host part of the unit's URI, the name in its settings file and the base name of that file.
 inline constexpr const char* kDhcpRelayUnit = "dhcp-relay";
 
-namespace corvanshell {
-class CConfStruct;
-}
-
 // The relays in the settings file:
 //
 //     <unit name="dhcp-relay">
@@ -39,9 +35,6 @@ const char* ServerRole(const std::string& server_id);
 bool IsDhcpRelayRunning(const std::string& id);
 // The gate of every editing operation: false, and reported, while the relay runs.
 [[nodiscard]] bool IsChangePermitted(const std::string& id);
-
-// False, and reported, when the network record was not read: its interfaces would pass for unconfigured.
-[[nodiscard]] bool IsReadable(const corvanshell::CConfStruct& record);
 
 // The ID of the relay that uses the interface, in either role; "" when none does or the file can't be loaded.
 std::string FindRelayByInterface(const std::string& name);

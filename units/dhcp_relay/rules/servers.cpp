@@ -119,7 +119,7 @@ bool CheckRelayServer(const std::string& id, const std::string& server, const st
     if (!IsServerNamed(id, server, interface))
         return false;
     const corvanshell::CConfStruct record(path_list::local_settings, true);
-    return IsReadable(record) && IsServerReachable(record, id, server, interface);
+    return record.CheckRead() && IsServerReachable(record, id, server, interface);
 }
 
 bool CheckRelayServer(const corvanshell::CConfStruct& record, const std::string& id,
