@@ -28,6 +28,9 @@ bool MayAddAlias(const InterfaceEdit& edit, const Network& network) {
                       "access to execute command");
     if (IsDhcpConfigured(edit.entry))
         return Refuse("Cannot add alias to DHCP configured interface");
+    // An alias alone would be read back as the main address.
+    if (!HasAddress(edit.entry))
+        return Refuse(Tr("%s: cannot add alias to interface without a main address"), edit.Name());
     return HasRoomForAdapter(".") && IsNetworkFree(edit, network,
                                                    "cannot configure alias with address " + network.address +
                                                        " and netmask " + network.netmask);

@@ -1,7 +1,9 @@
 #include "commands/interfaces/bonding_report.h"
 
 #include "commands/interfaces/bonding_values.h"
+#include "commands/interfaces/command_frame.h"
 #include "commands/interfaces/roles.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 
 #include <cstdio>
@@ -53,26 +55,58 @@ Lines BondInfo(const CConfStruct& record, const std::string& name, const Interfa
     return lines;
 }
 
+Lines SlaveInfo(const std::string& name, const InterfaceEntry& slave) {
+    Lines lines = {"", Column(name) + "is a slave interface"};
+    Add(lines, "bond master interface", MasterText(slave));
+    return lines;
+}
+
+Lines Info(const CConfStruct& record, const std::string& name) {
+    const InterfaceEntry entry = FindEntry(record, name);
+    if (IsBond(name, entry))
+        return BondInfo(record, name, entry);
+    return entry.interface_class == corvanshell::kSlaveClass ? SlaveInfo(name, entry) : Lines();
+}
+
+// All bonds, which name their slaves, and the slaves of none.
+Lines AllInfo(const CConfStruct& record) {
+    Lines lines;
+    for (const auto& [name, entry] : record.Interfaces()) {
+        if (!IsBond(name, entry) && IsBond(entry.master, FindEntry(record, entry.master)))
+            continue;
+        const Lines info = Info(record, name);
+        lines.insert(lines.end(), info.begin(), info.end());
+    }
+    return lines;
+}
+
+void WriteLines(const Lines& lines) {
+    for (const std::string& line : lines)
+        std::cout << line << '\n';
+    std::cout.flush();
+}
+
 } // namespace
 
 Lines BondingInfo(const std::string& name) {
     const CConfStruct record(path_list::local_settings, true);
-    InterfaceEntry entry;
-    if (!record.FindInterface(name, entry))
-        return {};
-    if (IsBond(name, entry))
-        return BondInfo(record, name, entry);
-    if (entry.interface_class != corvanshell::kSlaveClass)
-        return {};
-    Lines lines = {"", Column(name) + "is a slave interface"};
-    Add(lines, "bond master interface", MasterText(entry));
-    return lines;
+    return IsReadableToShow(record) ? Info(record, name) : Lines();
 }
 
 void PrintBondingInfo(const std::string& name) {
-    for (const std::string& line : BondingInfo(name))
-        std::cout << line << '\n';
-    std::cout.flush();
+    WriteLines(BondingInfo(name));
+}
+
+bool ShowBonding(const std::string& name) {
+    const CConfStruct record(path_list::local_settings, true);
+    if (!IsReadableToShow(record))
+        return false;
+    const Lines lines = name.empty() ? AllInfo(record) : Info(record, name);
+    if (lines.empty())
+        return name.empty() ? Refuse(Tr("no bond and no slave interface"))
+                            : Refuse(Tr("%s: neither bond nor slave interface"), name);
+    WriteLines(lines);
+    return true;
 }
 
 } // namespace interfaces

@@ -73,9 +73,7 @@ bool SetAccessClass(const std::string& name) {
         IsInterfaceRoleRefused(edit.record, name, kRefuseBoundSlave, true) ||
         !CheckClass(name, "access", "<I_IFCLASS_ACCESS>") || !edit.Load())
         return false;
-    edit.entry.address.clear();
-    edit.entry.netmask.clear();
-    edit.entry.broadcast.clear();
+    ClearAddresses(edit.entry);
     edit.entry.interface_class = corvanshell::kAccessClass;
     if (!edit.Save())
         return false;

@@ -49,6 +49,10 @@ bool IsReadable(const corvanshell::CConfStruct& record) {
     return record.IsWhole() || Refuse(Tr("failed to read network settings, nothing is changed"));
 }
 
+bool IsReadableToShow(const corvanshell::CConfStruct& record) {
+    return record.IsWhole() || Refuse(Tr("failed to read network settings"));
+}
+
 bool WriteRecord(corvanshell::CConfStruct& record) {
     return record.Write() || Refuse(Tr("failed to write network settings"));
 }

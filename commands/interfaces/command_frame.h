@@ -41,8 +41,9 @@ private:
 // What stands in front of most commands: a usable name, a role that may be changed, an entry.
 [[nodiscard]] bool OpenForChange(InterfaceEdit& edit);
 
-// The same for a record without an interface.
+// The same for a record without an interface, and for one that is only looked at.
 [[nodiscard]] bool IsReadable(const corvanshell::CConfStruct& record);
+[[nodiscard]] bool IsReadableToShow(const corvanshell::CConfStruct& record);
 // A failure is reported.
 [[nodiscard]] bool WriteRecord(corvanshell::CConfStruct& record);
 

@@ -1,6 +1,7 @@
 #include "commands/interfaces/show.h"
 
 #include "commands/arguments/arguments.h"
+#include "commands/interfaces/command_frame.h"
 #include "front/probes/adapters.h"
 #include "front/reports/report.h"
 #include "platform/messages.h"
@@ -37,8 +38,7 @@ std::string InterfaceBlock(const std::string& name) {
     return kept ? block : "";
 }
 
-std::string AllBlocks() {
-    const CConfStruct record(path_list::local_settings, true);
+std::string AllBlocks(const CConfStruct& record) {
     std::string text;
     for (const auto& [name, entry] : record.Interfaces()) {
         const std::string block = arguments::IsInterfaceName(name) ? InterfaceBlock(name) : "";
@@ -68,12 +68,8 @@ std::string NetworkAddress(const corvanshell::Network& network) {
            std::to_string((number >> 8) & 255) + '.' + std::to_string(number & 255);
 }
 
-// Why no host answers to the address, null when one may. A host may well be called "dhcp", as the settings of
-// an interface under DHCP say in the place of its broadcast.
-const char* FindPingRefusal(const std::string& target) {
-    if (!arguments::IsAddress(target))
-        return nullptr;
-    const CConfStruct record(path_list::local_settings, true);
+// Why no host answers to the address, null when one may.
+const char* FindPingRefusal(const CConfStruct& record, const std::string& target) {
     for (const auto& [name, entry] : record.Interfaces()) {
         for (const corvanshell::Network& network : NetworksOf(entry)) {
             if (target == network.broadcast)
@@ -85,15 +81,30 @@ const char* FindPingRefusal(const std::string& target) {
     return nullptr;
 }
 
+// A host may well be called "dhcp", as the settings of an interface under DHCP say in the place of its
+// broadcast.
+bool CheckTarget(const std::string& target) {
+    if (!arguments::IsAddress(target))
+        return true;
+    const CConfStruct record(path_list::local_settings, true);
+    if (!IsReadableToShow(record))
+        return false;
+    const char* const refusal = FindPingRefusal(record, target);
+    return refusal == nullptr || Refuse("%s", refusal);
+}
+
 } // namespace
 
 bool ShowInterfaces() {
     LogInfo("<SH_IF> Command: inet show interface");
     PrintInfo("Interfaces info collection is in progress...");
+    const CConfStruct record(path_list::local_settings, true);
+    if (!IsReadableToShow(record))
+        return false;
     Report report("<SH_IF>", "interfaces");
     if (!report.Open())
         return false;
-    std::fputs(AllBlocks().c_str(), report.Out());
+    std::fputs(AllBlocks(record).c_str(), report.Out());
     if (!report.Sync() || !ShowReport(report.Path()))
         return false;
     PrintInfo("The current number of network interfaces on the system is %ld. The maximum limit of "
@@ -103,10 +114,8 @@ bool ShowInterfaces() {
 }
 
 bool Ping(const std::string& target) {
-    if (!arguments::Check({{target, IsTarget, "address or host name"}}))
+    if (!arguments::Check({{target, IsTarget, "address or host name"}}) || !CheckTarget(target))
         return false;
-    if (const char* const refusal = FindPingRefusal(target))
-        return Refuse("%s", refusal);
     PrintInfo("Pinging %s , press Ctrl+C to stop", target);
     return shell_spawn("/bin/ping", target.c_str(), nullptr) == 0;
 }

@@ -10,10 +10,13 @@
 
 #include <algorithm>
 #include <boost/algorithm/string/case_conv.hpp>
+#include <boost/algorithm/string/trim.hpp>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 #include <sstream>
 #include <sys/wait.h>
+#include <vector>
 
 namespace interfaces {
 namespace {
@@ -87,6 +90,15 @@ bool CheckDeletion(const InterfaceEdit& trunk, const std::string& id, const std:
                   parent, id, user);
 }
 
+// The child among the words that grep(1) found: for eth3 and 8 it finds eth30.8 and vlan8, too.
+std::string ChooseChild(const std::string& output, const std::string& usual_name) {
+    std::istringstream stream(output);
+    const std::vector<std::string> names{std::istream_iterator<std::string>(stream), {}};
+    if (names.empty() || std::find(names.begin(), names.end(), usual_name) != names.end())
+        return names.empty() ? "" : usual_name;
+    return names.front();
+}
+
 // One step of a deletion; a failure is in the log.
 bool Run(const InterfaceEdit& trunk, const std::string& id, const std::string& line) {
     const int status = BaseExec::run(line);
@@ -118,8 +130,7 @@ std::string GetVlanInterfaceName(const std::string& parent, const std::string& i
     if (const int status = corvanshell::run(line.c_str(), output); status != 0)
         LogError("<I_VLAN_GET_NAME> Error get_vlan_interface_name: %s",
                  output.empty() ? "exit status " + std::to_string(status) : output);
-    std::string name;
-    std::istringstream(output) >> name;
+    const std::string name = ChooseChild(output, parent + "." + id);
     return arguments::IsInterfaceName(name) ? name : "";
 }
 
@@ -168,7 +179,8 @@ bool DeleteVlan(const std::string& parent, const std::string& id) {
     return true;
 }
 
-bool AddVlanComment(const std::string& id, const std::string& text) {
+bool AddVlanComment(const std::string& id, const std::string& typed) {
+    const std::string text = boost::trim_copy(typed); // as the record is read
     CConfStruct record(path_list::local_settings, true);
     if (!arguments::Check({{id, arguments::IsNumber, "VLAN ID"}, {text, IsComment, "comment"}}) ||
         !IsReadable(record))
