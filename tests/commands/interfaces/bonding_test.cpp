@@ -10,10 +10,7 @@ namespace {
 class BondingTest : public InterfacesTest {
 protected:
     void Show(const std::string& name) {
-        Play("show " + name, [&] {
-            PrintBondingInfo(name);
-            return true;
-        });
+        Play("inet show bonding " + name, [&] { return ShowBonding(name); });
     }
 };
 
@@ -71,12 +68,16 @@ TEST_F(BondingTest, LifeOfABond) {
           "inet ifconfig bond2 bonding mode active-backup", "! inet ifconfig bond2 bonding primary eth4",
           "inet ifconfig bond2 bonding primary eth4"});
     AlterEntry("eth1", [](auto& entry) { entry.interface_class = "slave"; });
-    Type({"! inet ifconfig bond2 bonding add eth1", "inet ifconfig bond2 bonding add eth1"});
-    for (const char* name : {"bond2", "eth4", "eth0"})
+    AlterEntry("eth2", [](auto& entry) { entry.interface_class = "slave"; });
+    Type({"! inet ifconfig bond2 bonding add eth1", "inet ifconfig bond2 bonding add eth1",
+          "inet ifconfig bond2 bonding add eth2", "inet ifconfig bond2 bonding delete eth1"});
+    for (const char* name : {"bond2", "eth4", "eth0", ""})
         Show(name);
     Type({"! inet ifconfig bond2 bonding delete eth4", "inet ifconfig bond2 bonding delete eth4",
           "inet ifconfig bond2 bonding primary none"});
     Show("eth4");
+    EXPECT_EQ(BondingInfo("eth4").size(), 3U);
+    EXPECT_TRUE(BondingInfo("eth0").empty());
     Type({"inet ifconfig bond2 bonding mode balance-xor"}); // with a new bond's policy again
     AlterEntry("bond2", [](auto& entry) { entry.address = "dhcp"; });
     Type({"inet bonding delete 2", "! inet bonding delete 2 < y"});

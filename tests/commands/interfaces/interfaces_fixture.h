@@ -3,13 +3,17 @@
 #include "records/conf_struct.h"
 #include "tests/support/command_test.h"
 
+#include <iterator>
+#include <sstream>
+
 namespace interfaces {
 
 // A record of interfaces, and recorders in the place of every program that an interface command runs.
 //
-//     eth0  access, up, 10.0.0.1        eth3  trunk, up, with the VLAN child eth3.5 (up, 10.5.0.1)
-//     eth1  access, up, 10.1.0.1        eth4  slave without a bond
-//     eth2  access, up, by DHCP         eth5  the one slave of bond0
+//     eth0  access, up, 10.0.0.1        eth3  trunk, up, with VLAN children: eth3.5 (up, 10.5.0.1) and
+//     eth1  access, up, 10.1.0.1              eth3.6 (up, by DHCP), which the kernel has too
+//     eth2  access, up, by DHCP         eth4  slave without a bond
+//                                       eth5  the one slave of bond0
 class InterfacesTest : public CommandTest {
 protected:
     using CConfStruct = corvanshell::CConfStruct;
@@ -33,7 +37,9 @@ protected:
             "ETH2_UP 1\nETH2_IP dhcp\nETH2_MASK dhcp\nETH2_BROADCAST dhcp\n"
             "ETH3_UP 1\nETH3_CLASS trunk\nETH3_MTU 1400\n" +
             Access("ETH3.5", "10.5.0.1") +
-            "ETH3.5_VLAN 5\nETH3.5_PARENT eth3\nETH4_CLASS slave\nETH5_CLASS slave\nETH5_MASTER bond0\n"
+            "ETH3.5_VLAN 5\nETH3.5_PARENT eth3\nETH3.6_UP 1\nETH3.6_VLAN 6\nETH3.6_PARENT eth3\nETH3.6_IP "
+            "dhcp\n"
+            "ETH3.6_MASK dhcp\nETH3.6_BROADCAST dhcp\nETH4_CLASS slave\nETH5_CLASS slave\nETH5_MASTER bond0\n"
             "BOND0_MASTER bond0\nBOND0_BONDING_MODE active-backup\nBOND0_BONDING_MIIMON 100\n"
             "BOND0_BONDING_PRIMARY eth5\nVLAN5_COMMENT guests\n");
         Alter([](CConfStruct&) {}); // into the system's own form
@@ -58,16 +64,33 @@ protected:
         });
     }
 
-    // The DHCP server has the one interface and a relay the other, both from the start of the appliance on.
-    static void GiveToDhcp(const std::string& server, const std::string& relay) {
-        WriteProtected(path_list::common_settings, "DHCP_SERVER on\nDHCP_RELAY on\n");
-        support::WriteFile(
-            SettingsFile("dhcp-server"),
-            "<unit><subnet address='10.0.0.0' netmask='255.255.255.0'><interface type='listen' "
-            "address='10.0.0.1'>" +
-                server + "</interface></subnet></unit>");
-        support::WriteFile(SettingsFile("dhcp-relay"), "<unit><dhcp-relay id='1'><interface type='listen'>" +
-                                                           relay + "</interface></dhcp-relay></unit>");
+    // The DHCP server has the one interfaces and a relay the others, both from the start of the appliance on
+    // unless `autostart` is "off". Names are separated by blanks.
+    static void GiveToDhcp(const std::string& server, const std::string& relay,
+                           const std::string& autostart = "on") {
+        WriteProtected(path_list::common_settings,
+                       "DHCP_SERVER " + autostart + "\nDHCP_RELAY " + autostart + "\n");
+        std::string subnets;
+        for (const std::string& name : Words(server))
+            subnets += "<subnet address='10.0.0.0' netmask='255.255.255.0'><interface type='listen' "
+                       "address='10.0.0.1'>" +
+                       name + "</interface><range from='10.8.0.50' to='10.8.0.60'/></subnet>";
+        support::WriteFile(SettingsFile("dhcp-server"), "<unit>" + subnets + "</unit>");
+        std::string listening;
+        for (const std::string& name : Words(relay))
+            listening += "<interface type='listen'>" + name + "</interface>";
+        support::WriteFile(SettingsFile("dhcp-relay"),
+                           "<unit><dhcp-relay id='1'>" + listening + "</dhcp-relay></unit>");
+    }
+    static std::vector<std::string> Words(const std::string& text) {
+        std::istringstream stream(text);
+        return {std::istream_iterator<std::string>(stream), {}};
+    }
+    // The web interface has a certificate, which names the addresses.
+    void Certify(const std::string& addresses) {
+        support::WriteFile(SettingsFile("webui"),
+                           "<unit><ssl><certificate>/mnt/main/etc/cert/a.pem</certificate></ssl></unit>");
+        answers_["/sbin/ssl_cert_manage.sh"] = {addresses + "\n"};
     }
     // L2OverIP takes the frames of the interface.
     static void Switch(const std::string& device) {

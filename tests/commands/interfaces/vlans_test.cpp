@@ -26,6 +26,7 @@ TEST_F(VlansTest, Classes) {
           "inet ifconfig eth5 class trunk", "inet ifconfig eth9 class trunk",
           "inet ifconfig eth9 class access", "inet ifconfig eth5 class access"});
     answers_ = {{"/sbin/ifclass_check.sh", {"a remark\n"}}};
+    AlterEntry("eth0", [](auto& entry) { entry.alias_addresses = {"10.7.0.1"}; });
     Type({"! inet ifconfig eth4 class access", "inet ifconfig eth0 class access"});
     Switch("eth1");
     Type({"inet ifconfig eth1 class trunk"});
@@ -36,7 +37,7 @@ TEST_F(VlansTest, Classes) {
 }
 
 TEST_F(VlansTest, AddVlan) {
-    WriteVlans("eth3.8         | 8  | eth3\n");
+    WriteVlans("eth30.8        | 8  | eth30\neth3.8         | 8  | eth3\n");
     answers_ = {{"/sbin/ifconfig", {"header\nlo\n"}}};
     Type({"! inet ifconfig eth3 vlan add 8"});
     support::Queue("/sbin/ip", {.out = "RTNETLINK answers: File exists\n", .status = 2});
@@ -44,6 +45,9 @@ TEST_F(VlansTest, AddVlan) {
           "inet ifconfig eth3 vlan add 5", "inet ifconfig eth1 vlan add 10"});
     support::Queue("/sbin/ifconfig", {.out = std::string(400, '\n')});
     Type({"inet ifconfig eth3 vlan add 10"});
+    AlterEntry("eth3", [](auto& entry) { entry.up = false; });
+    AlterEntry("eth1", [](auto& entry) { entry.interface_class = "trunk"; });
+    Type({"inet ifconfig eth3 vlan add 8", "inet ifconfig eth1 vlan add 8"}); // an ID is used once
     ExpectTranscript("interfaces/vlan_add");
 }
 
@@ -64,7 +68,8 @@ TEST_F(VlansTest, DeleteVlan) {
     Type({"inet ifconfig eth3 vlan delete 5"});
     GiveToDhcp("eth9", "eth3.5");
     Type({"inet ifconfig eth3 vlan delete 5"});
-    GiveToDhcp("eth9", "eth9");
+    unlink("/run/dhcp-server.pid");
+    GiveToDhcp("eth3.5", "eth9"); // the server may lose an interface that does not go down
     // The kernel still lists the interface here, so the comment goes when the list is empty.
     support::WriteFile("/sbin/ip", "#!/bin/sh\necho > /proc/net/vlan/config\n", 0755);
     Type({"inet ifconfig eth3 vlan delete 5"});
@@ -73,8 +78,8 @@ TEST_F(VlansTest, DeleteVlan) {
 
 TEST_F(VlansTest, Comments) {
     Type({"inet vlan 12 comment add \"second floor, \\\"guests\\\"\"",
-          "inet vlan 12 comment add \"x\nETH0_UP 0\"", "inet vlan 12 comment delete",
-          "inet vlan x comment delete"});
+          "inet vlan 12 comment add \"x\nETH0_UP 0\"", "inet vlan 12 comment add \"  roof \"",
+          "inet vlan 12 comment add \"  \"", "inet vlan 12 comment delete", "inet vlan x comment delete"});
     ExpectTranscript("interfaces/vlan_comments");
 }
 
