@@ -120,13 +120,12 @@ bool ChangeSystem(const InterfaceEdit& edit, const Network& network) {
 } // namespace
 
 bool ReadNetwork(const std::string& address, const std::string& netmask, Network& network) {
-    network = {address, netmask, corvanshell::getbrcast(address, netmask)};
+    network = corvanshell::MakeNetwork(address, netmask);
     return arguments::Check({{address, IsHostAddress, "address"}, {netmask, IsProperNetmask, "netmask"}});
 }
 
 bool IsNetworkFree(const InterfaceEdit& edit, const Network& network, const std::string& failure) {
-    switch (corvanshell::CheckAddressCrossing(edit.record, edit.Name(), network.address, network.broadcast,
-                                              network.netmask, true)) {
+    switch (corvanshell::CheckAgainstAll(edit.record, edit.Name(), network, true)) {
     case corvanshell::kNoCrossing:
         return true;
     case corvanshell::kCrossing:

@@ -4,10 +4,12 @@
 #include "commands/interfaces/bonding_values.h"
 #include "commands/interfaces/roles.h"
 #include "platform/messages.h"
+#include "records/bonding_modes.h"
 
 namespace interfaces {
 namespace {
 
+using corvanshell::BondingMode;
 using corvanshell::InterfaceEntry;
 
 constexpr const char* kNoPrimary = "none";
@@ -16,19 +18,19 @@ constexpr const char* kNoPrimary = "none";
 struct WordOption {
     const char* name;
     std::string InterfaceEntry::*value;
-    bool BondingPermissions::*permission; // null when every mode has the option
-    const char* modes;                    // that permit it
+    bool BondingMode::*permission; // null when every mode has the option
+    const char* modes;             // that permit it
     const WordList& (*words)();
     const char* meaning; // of an unknown word
 };
 
 constexpr WordOption kWordOptions[] = {
-    {"mode", &InterfaceEntry::bonding_mode, nullptr, "", BondingModes, "mode"},
-    {"ad-select", &InterfaceEntry::bonding_ad_select, &BondingPermissions::ad_select, "802.3ad",
-     BondingAdSelects, "aggregation selection logic"},
-    {"lacp-rate", &InterfaceEntry::bonding_lacp_rate, &BondingPermissions::lacp_rate, "802.3ad",
-     BondingLacpRates, "LACPDU packets transmiting rate"}, // spelled so
-    {"xmit-hash-policy", &InterfaceEntry::bonding_xmit_hash_policy, &BondingPermissions::xmit_hash_policy,
+    {"mode", &InterfaceEntry::bonding_mode, nullptr, "", SelectableBondingModes, "mode"},
+    {"ad-select", &InterfaceEntry::bonding_ad_select, &BondingMode::ad_select, "802.3ad", BondingAdSelects,
+     "aggregation selection logic"},
+    {"lacp-rate", &InterfaceEntry::bonding_lacp_rate, &BondingMode::lacp_rate, "802.3ad", BondingLacpRates,
+     "LACPDU packets transmiting rate"}, // spelled so
+    {"xmit-hash-policy", &InterfaceEntry::bonding_xmit_hash_policy, &BondingMode::xmit_hash_policy,
      "802.3ad or balance-xor", BondingXmitHashPolicies, "transmit hash policy"},
 };
 
@@ -39,7 +41,8 @@ bool CheckApplicable(const InterfaceEdit& bond, const char* option, bool permitt
 
 bool SetWord(InterfaceEdit& bond, const WordOption& option, const std::string& value) {
     if (option.permission != nullptr &&
-        !CheckApplicable(bond, option.name, PermittedOptions(bond.entry.bonding_mode).*option.permission,
+        !CheckApplicable(bond, option.name,
+                         corvanshell::FindBondingMode(bond.entry.bonding_mode).*option.permission,
                          option.modes))
         return false;
     if (!IsOneOf(option.words(), value))
@@ -51,9 +54,9 @@ bool SetWord(InterfaceEdit& bond, const WordOption& option, const std::string& v
 
 bool SetMiimon(InterfaceEdit& bond, const std::string& value) {
     const unsigned long interval = arguments::IsNumber(value) ? std::stoul(value) : 0;
-    if (interval < kMinimumMiimon || interval > kMaximumMiimon)
-        return Refuse("%s: miimon option value is out of range %zu - %zu.", bond.Name(), kMinimumMiimon,
-                      kMaximumMiimon);
+    if (interval < corvanshell::kMinimumMiimon || interval > corvanshell::kMaximumMiimon)
+        return Refuse("%s: miimon option value is out of range %zu - %zu.", bond.Name(),
+                      corvanshell::kMinimumMiimon, corvanshell::kMaximumMiimon);
     bond.entry.bonding_miimon = value;
     return true;
 }
@@ -66,7 +69,7 @@ bool CheckPrimary(const InterfaceEdit& bond, const std::string& slave) {
 }
 
 bool SetPrimary(InterfaceEdit& bond, const std::string& value) {
-    if (!CheckApplicable(bond, "primary", PermittedOptions(bond.entry.bonding_mode).primary,
+    if (!CheckApplicable(bond, "primary", corvanshell::FindBondingMode(bond.entry.bonding_mode).primary,
                          "balance-tlb or active-backup"))
         return false;
     if (value != kNoPrimary && !CheckPrimary(bond, value))

@@ -63,7 +63,7 @@ bool AreLooseSlaves(const CConfStruct& record, const std::vector<std::string>& s
 bool MayAddBond(const InterfaceEdit& bond, const std::string& mode, const std::vector<std::string>& slaves) {
     if (bond.record.Interfaces().contains(bond.Name()))
         return Refuse("%s: bond interface already exists", bond.Name());
-    if (!IsOneOf(BondingModes(), mode))
+    if (!IsOneOf(SelectableBondingModes(), mode))
         return Refuse("%s: unknown bonding mode: %s", bond.Name(), mode);
     return HasRoomForAdapter(".") && CheckSlaveCount(bond.Name(), slaves.size()) && AreDifferent(slaves) &&
            AreLooseSlaves(bond.record, slaves);
@@ -102,7 +102,7 @@ bool AddBond(const std::string& number, const std::string& mode, const std::vect
     if (name.empty())
         return false;
     InterfaceEdit bond(name);
-    if (!bond.IsReadable() || !MayAddBond(bond, mode, slaves))
+    if (!bond.record.CheckRead() || !MayAddBond(bond, mode, slaves))
         return false;
     for (const std::string& slave : slaves)
         SetMaster(bond.record, slave, name);

@@ -1,10 +1,9 @@
 #include "commands/interfaces/bonding_report.h"
 
-#include "commands/interfaces/bonding_values.h"
-#include "commands/interfaces/command_frame.h"
 #include "commands/interfaces/roles.h"
 #include "platform/messages.h"
 #include "platform/path_list.h"
+#include "records/bonding_modes.h"
 
 #include <cstdio>
 #include <iostream>
@@ -32,7 +31,7 @@ void Add(Lines& lines, const char* label, const std::string& value) {
 void AddBondOptions(Lines& lines, const InterfaceEntry& bond) {
     Add(lines, "mode", bond.bonding_mode);
     Add(lines, "miimon", bond.bonding_miimon);
-    const BondingPermissions permitted = PermittedOptions(bond.bonding_mode);
+    const corvanshell::BondingMode& permitted = corvanshell::FindBondingMode(bond.bonding_mode);
     if (permitted.ad_select)
         Add(lines, "ad-select", bond.bonding_ad_select);
     if (permitted.lacp_rate)
@@ -90,7 +89,7 @@ void WriteLines(const Lines& lines) {
 
 Lines BondingInfo(const std::string& name) {
     const CConfStruct record(path_list::local_settings, true);
-    return IsReadableToShow(record) ? Info(record, name) : Lines();
+    return record.CheckRead() ? Info(record, name) : Lines();
 }
 
 void PrintBondingInfo(const std::string& name) {
@@ -99,7 +98,7 @@ void PrintBondingInfo(const std::string& name) {
 
 bool ShowBonding(const std::string& name) {
     const CConfStruct record(path_list::local_settings, true);
-    if (!IsReadableToShow(record))
+    if (!record.CheckRead())
         return false;
     const Lines lines = name.empty() ? AllInfo(record) : Info(record, name);
     if (lines.empty())

@@ -1,6 +1,7 @@
 #include "commands/interfaces/bonding_values.h"
 
 #include "platform/path_list.h"
+#include "records/bonding_modes.h"
 #include "records/conf_struct.h"
 
 #include <algorithm>
@@ -8,36 +9,19 @@
 namespace interfaces {
 namespace {
 
-struct Mode {
-    const char* word;
-    bool selectable;
-    BondingPermissions permissions;
-};
-
-// No command selects "balance-alb", and a settings file that holds it is honoured.
-constexpr Mode kModes[] = {
-    {"balance-rr", true, {}},
-    {"balance-xor", true, {.xmit_hash_policy = true}},
-    {"balance-tlb", true, {.primary = true}},
-    {"balance-alb", false, {.primary = true}},
-    {"active-backup", true, {.primary = true}},
-    {"broadcast", true, {}},
-    {"802.3ad", true, {.ad_select = true, .lacp_rate = true, .xmit_hash_policy = true}},
-};
-
-WordList SelectableModes() {
+WordList NamesOfSelectable() {
     WordList words;
-    for (const Mode& mode : kModes) {
+    for (const corvanshell::BondingMode& mode : corvanshell::BondingModes()) {
         if (mode.selectable)
-            words.emplace_back(mode.word);
+            words.emplace_back(mode.name);
     }
     return words;
 }
 
 } // namespace
 
-const WordList& BondingModes() {
-    static const WordList words = SelectableModes();
+const WordList& SelectableBondingModes() {
+    static const WordList words = NamesOfSelectable();
     return words;
 }
 
@@ -58,12 +42,6 @@ const WordList& BondingXmitHashPolicies() {
 
 bool IsOneOf(const WordList& words, const std::string& word) {
     return std::find(words.begin(), words.end(), word) != words.end();
-}
-
-BondingPermissions PermittedOptions(const std::string& mode) {
-    const auto row = std::find_if(std::begin(kModes), std::end(kModes),
-                                  [&](const Mode& known) { return mode == known.word; });
-    return row != std::end(kModes) ? row->permissions : BondingPermissions();
 }
 
 std::string BondName(const std::string& number) {
@@ -103,7 +81,7 @@ ShellWords ListSlaves(bool bound) {
 } // namespace
 
 ShellWords ListBondingModes() {
-    return interfaces::BondingModes();
+    return interfaces::SelectableBondingModes();
 }
 
 ShellWords ListBondingAdSelects() {

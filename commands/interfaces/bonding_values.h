@@ -13,25 +13,14 @@ namespace interfaces {
 constexpr std::size_t kMaximumBondNumber = 3;
 constexpr std::size_t kMinimumSlaves = 1;
 constexpr std::size_t kMaximumSlaves = 3;
-constexpr std::size_t kMinimumMiimon = 1;
-constexpr std::size_t kMaximumMiimon = 1000;
 
 using WordList = std::vector<std::string>;
 
-const WordList& BondingModes();
+const WordList& SelectableBondingModes();
 const WordList& BondingAdSelects();
 const WordList& BondingLacpRates();
 const WordList& BondingXmitHashPolicies();
 [[nodiscard]] bool IsOneOf(const WordList& words, const std::string& word);
-
-// Which options a bond's mode permits.
-struct BondingPermissions {
-    bool ad_select = false;
-    bool lacp_rate = false;
-    bool primary = false;
-    bool xmit_hash_policy = false;
-};
-BondingPermissions PermittedOptions(const std::string& mode);
 
 // "bond" and the number.
 std::string BondName(const std::string& number);

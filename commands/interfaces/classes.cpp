@@ -69,7 +69,7 @@ bool DropAddresses(InterfaceEdit& edit) {
 
 bool SetAccessClass(const std::string& name) {
     InterfaceEdit edit(name);
-    if (!IsNameUsable(name) || !edit.IsReadable() ||
+    if (!IsNameUsable(name) || !edit.record.CheckRead() ||
         IsInterfaceRoleRefused(edit.record, name, kRefuseBoundSlave, true) ||
         !CheckClass(name, "access", "<I_IFCLASS_ACCESS>") || !edit.Load())
         return false;
@@ -85,7 +85,7 @@ bool SetAccessClass(const std::string& name) {
 bool SetTrunkClass(const std::string& name) {
     LogInfo("command: inet ifconfig %s class trunk", name);
     InterfaceEdit edit(name);
-    if (!IsNameUsable(name) || !edit.IsReadable() ||
+    if (!IsNameUsable(name) || !edit.record.CheckRead() ||
         IsInterfaceRoleRefused(edit.record, name, kRefuseBoundSlave, true) || !CheckTrunkUsers(edit) ||
         !CheckClass(name, "trunk", "<I_IFCLASS_TRUNK>") || !CheckNotSwitched(name))
         return false;

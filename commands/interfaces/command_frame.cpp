@@ -19,12 +19,8 @@ constexpr const char* kClassAdvice = "You should change interface class to acces
 InterfaceEdit::InterfaceEdit(std::string name)
     : record(path_list::local_settings, true), name_(std::move(name)) {}
 
-bool InterfaceEdit::IsReadable() const {
-    return interfaces::IsReadable(record);
-}
-
 bool InterfaceEdit::Load(const char* missing) {
-    return IsReadable() && (record.FindInterface(name_, entry) || Refuse("%s: %s", name_, missing));
+    return record.CheckRead() && (record.FindInterface(name_, entry) || Refuse("%s: %s", name_, missing));
 }
 
 bool InterfaceEdit::Save() {
@@ -41,16 +37,8 @@ bool IsWifiName(const std::string& name) {
 }
 
 bool OpenForChange(InterfaceEdit& edit) {
-    return IsNameUsable(edit.Name()) && edit.IsReadable() &&
-           !IsInterfaceRoleRefused(edit.record, edit.Name(), kRefuseSlave, true) && edit.Load();
-}
-
-bool IsReadable(const corvanshell::CConfStruct& record) {
-    return record.IsWhole() || Refuse(Tr("failed to read network settings, nothing is changed"));
-}
-
-bool IsReadableToShow(const corvanshell::CConfStruct& record) {
-    return record.IsWhole() || Refuse(Tr("failed to read network settings"));
+    return IsNameUsable(edit.Name()) && edit.Load() &&
+           !IsInterfaceRoleRefused(edit.record, edit.Name(), kRefuseSlave, true);
 }
 
 bool WriteRecord(corvanshell::CConfStruct& record) {

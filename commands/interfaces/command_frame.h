@@ -16,9 +16,8 @@ public:
     // Reads the record.
     explicit InterfaceEdit(std::string name);
 
-    // False, reported, when the record can't be read to its end: writing it would lose what was not read.
-    [[nodiscard]] bool IsReadable() const;
-    // False, reported, when the record is not readable or has no such interface.
+    // False, reported, when the record was not read to its end, for writing it would lose what was not read,
+    // or has no such interface.
     [[nodiscard]] bool Load(const char* missing = "interface does not exist");
     // Writes the entry into the record and the record to its file. A failure is reported.
     [[nodiscard]] bool Save();
@@ -41,9 +40,6 @@ private:
 // What stands in front of most commands: a usable name, a role that may be changed, an entry.
 [[nodiscard]] bool OpenForChange(InterfaceEdit& edit);
 
-// The same for a record without an interface, and for one that is only looked at.
-[[nodiscard]] bool IsReadable(const corvanshell::CConfStruct& record);
-[[nodiscard]] bool IsReadableToShow(const corvanshell::CConfStruct& record);
 // A failure is reported.
 [[nodiscard]] bool WriteRecord(corvanshell::CConfStruct& record);
 

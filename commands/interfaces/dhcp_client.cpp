@@ -200,7 +200,7 @@ bool SetDefaultDhcpMetric(const std::string& value) {
         !arguments::Check({{value, arguments::IsNumber, "metric"}}))
         return false;
     corvanshell::CConfStruct record(path_list::local_settings, true);
-    if (!IsReadable(record))
+    if (!record.CheckRead())
         return false;
     record.SetDefaultDhcpMetric(value);
     if (!WriteRecord(record))

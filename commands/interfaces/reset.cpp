@@ -60,13 +60,13 @@ bool ResetAllInterfaces() {
     PrintWarning("Attention: Upon changing the network interface settings, make similar changes to the "
                  "services that use this interface and then restart them.");
     if (const CConfStruct record(path_list::local_settings, true);
-        !IsReadable(record) || !MayResetAll(record))
+        !record.CheckRead() || !MayResetAll(record))
         return false;
     if (shell_spawn(kResetScript, "reset", "all", nullptr) != 0)
         return WriteAndLog(std::cout, "", "Failed to reset interfaces.");
     // The script may leave a file that the system has to bring to its own form and guard.
     CConfStruct record(path_list::local_settings, true);
-    if (!IsReadable(record) || !WriteRecord(record))
+    if (!record.CheckRead() || !WriteRecord(record))
         return false;
     LogInfo("Reset of interfaces done.");
     return true;

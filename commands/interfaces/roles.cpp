@@ -28,7 +28,7 @@ const char* FindRefusal(const std::string& name, const InterfaceEntry& entry, un
 
 bool IsInterfaceRoleRefused(const std::string& name, unsigned int mask, bool report) {
     const CConfStruct record(path_list::local_settings, true);
-    const bool readable = report ? IsReadable(record) : record.IsWhole();
+    const bool readable = report ? record.CheckRead() : record.IsWhole();
     return !readable || IsInterfaceRoleRefused(record, name, mask, report);
 }
 

@@ -1,7 +1,6 @@
 #include "commands/interfaces/show.h"
 
 #include "commands/arguments/arguments.h"
-#include "commands/interfaces/command_frame.h"
 #include "front/probes/adapters.h"
 #include "front/reports/report.h"
 #include "platform/messages.h"
@@ -58,23 +57,13 @@ bool IsTarget(const std::string& text) {
     return arguments::IsAddress(text) || corvanshell::is_valid_domain_name(text, false, false);
 }
 
-std::string NetworkAddress(const corvanshell::Network& network) {
-    const auto address = corvanshell::address_to_number(network.address);
-    const auto mask = corvanshell::address_to_number(network.netmask);
-    if (address < 0 || mask < 0)
-        return "";
-    const auto number = address & mask;
-    return std::to_string(number >> 24) + '.' + std::to_string((number >> 16) & 255) + '.' +
-           std::to_string((number >> 8) & 255) + '.' + std::to_string(number & 255);
-}
-
 // Why no host answers to the address, null when one may.
 const char* FindPingRefusal(const CConfStruct& record, const std::string& target) {
     for (const auto& [name, entry] : record.Interfaces()) {
         for (const corvanshell::Network& network : NetworksOf(entry)) {
             if (target == network.broadcast)
                 return "you can't ping broadcast";
-            if (target == NetworkAddress(network))
+            if (target == corvanshell::getnetwork(network.address, network.netmask))
                 return "you can't ping network address";
         }
     }
@@ -87,7 +76,7 @@ bool CheckTarget(const std::string& target) {
     if (!arguments::IsAddress(target))
         return true;
     const CConfStruct record(path_list::local_settings, true);
-    if (!IsReadableToShow(record))
+    if (!record.CheckRead())
         return false;
     const char* const refusal = FindPingRefusal(record, target);
     return refusal == nullptr || Refuse("%s", refusal);
@@ -99,7 +88,7 @@ bool ShowInterfaces() {
     LogInfo("<SH_IF> Command: inet show interface");
     PrintInfo("Interfaces info collection is in progress...");
     const CConfStruct record(path_list::local_settings, true);
-    if (!IsReadableToShow(record))
+    if (!record.CheckRead())
         return false;
     Report report("<SH_IF>", "interfaces");
     if (!report.Open())

@@ -73,7 +73,7 @@ bool ClearInterfaceForBonding(const CConfStruct& record, const std::string& name
 bool SetSlaveClass(const std::string& name) {
     LogInfo("command: inet ifconfig %s class slave", name);
     InterfaceEdit edit(name);
-    if (!IsNameUsable(name) || !edit.IsReadable() || !CheckUsers(edit) || !edit.Load() ||
+    if (!IsNameUsable(name) || !edit.record.CheckRead() || !CheckUsers(edit) || !edit.Load() ||
         !MayBecomeSlave(edit) || !ClearInterfaceForBonding(edit.record, name, edit.entry))
         return false;
     edit.entry.interface_class = corvanshell::kSlaveClass;

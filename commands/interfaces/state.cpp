@@ -124,8 +124,8 @@ bool BringChildrenAlong(InterfaceEdit& edit, const State& state) {
 bool SetState(const std::string& name, const std::string& word) {
     const State state = {word == "up", word, "Command inet ifconfig " + name + " " + word + "'"};
     InterfaceEdit edit(name);
-    if (!IsNameUsable(name) || !arguments::Check({{word, IsStateWord, "state"}}) || !edit.IsReadable() ||
-        !CheckUsers(edit, state) || !edit.Load() || !MayChange(edit, state))
+    if (!IsNameUsable(name) || !arguments::Check({{word, IsStateWord, "state"}}) ||
+        !edit.record.CheckRead() || !CheckUsers(edit, state) || !edit.Load() || !MayChange(edit, state))
         return false;
     if (!RunLine("/sbin/ifconfig " + name + " " + word))
         return WriteAndLog(std::cerr, kLogPrefix, state.text + " Cannot execute: ifconfig");

@@ -183,7 +183,7 @@ bool AddVlanComment(const std::string& id, const std::string& typed) {
     const std::string text = boost::trim_copy(typed); // as the record is read
     CConfStruct record(path_list::local_settings, true);
     if (!arguments::Check({{id, arguments::IsNumber, "VLAN ID"}, {text, IsComment, "comment"}}) ||
-        !IsReadable(record))
+        !record.CheckRead())
         return false;
     record.SetVlanComment(id, text);
     if (!WriteRecord(record))
@@ -194,7 +194,7 @@ bool AddVlanComment(const std::string& id, const std::string& typed) {
 
 bool DeleteVlanComment(const std::string& id) {
     CConfStruct record(path_list::local_settings, true);
-    if (!arguments::Check({{id, arguments::IsNumber, "VLAN ID"}}) || !IsReadable(record))
+    if (!arguments::Check({{id, arguments::IsNumber, "VLAN ID"}}) || !record.CheckRead())
         return false;
     record.RemoveVlanComment(id);
     if (!WriteRecord(record))
