@@ -11,6 +11,10 @@
 // signal's number when a signal ended it, 127 when it can't be started). The quiet form discards its output.
 [[gnu::sentinel]] int shell_spawn(const char* program, ...);
 [[gnu::sentinel]] int shell_spawn_quiet(const char* program, ...);
+constexpr int kNotStarted = 127;
+
+// Ends the program that runs in the foreground, if one does, with SIGTERM. A signal handler may call it.
+void shell_end_program();
 
 // A program run without a shell, whose output is collected.
 class ShellProcess {

@@ -68,6 +68,10 @@ int shell_spawn_quiet(const char* program, ...) {
         linux_platform::RunProgram(arguments, {-1, nowhere.get(), nowhere.get()}));
 }
 
+void shell_end_program() {
+    linux_platform::EndProgram();
+}
+
 ShellProcess::ShellProcess(std::vector<std::string> arguments) : arguments_(std::move(arguments)) {}
 
 void ShellProcess::Run() {

@@ -2,6 +2,9 @@
 
 #include "files.h"
 
+#include "platform/processes.h"
+
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -21,7 +24,10 @@ constexpr std::size_t pipe_size = 65536; // see pipe(7)
 // moving a text that has outgrown its memory does.
 constexpr std::size_t large_text = std::size_t{16} << 20;
 
-// How we take signals while a program runs in the foreground; the program itself takes them as we did.
+std::atomic<pid_t> running{0}; // the program in the foreground
+
+// How we take signals while a program runs in the foreground; the program itself takes them as we did. What
+// we handle we go on handling.
 class ForegroundSignals {
 public:
     ForegroundSignals() {
@@ -29,6 +35,8 @@ public:
             struct sigaction action {};
             action.sa_handler = entry.handler;
             ::sigaction(entry.signal, &action, &entry.previous);
+            if (entry.signal != SIGCHLD && entry.previous.sa_handler != SIG_DFL)
+                ::sigaction(entry.signal, &entry.previous, nullptr);
         }
     }
     ~ForegroundSignals() {
@@ -58,6 +66,22 @@ private:
     Entry entries_[3] = {{SIGINT, SIG_IGN}, {SIGQUIT, SIG_IGN}, {SIGCHLD, SIG_DFL}};
 };
 
+// Signals wait as long as this lives: the handler of one finds the program that has just been started.
+class HeldSignals {
+public:
+    HeldSignals() {
+        sigset_t all;
+        sigfillset(&all);
+        ::pthread_sigmask(SIG_BLOCK, &all, &previous_);
+    }
+    ~HeldSignals() { ::pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
+    HeldSignals(const HeldSignals&) = delete;
+    HeldSignals& operator=(const HeldSignals&) = delete;
+
+private:
+    sigset_t previous_{};
+};
+
 // The C library's two objects that tell posix_spawn(3) what to do.
 struct SpawnPlan {
     posix_spawn_file_actions_t actions;
@@ -72,7 +96,10 @@ struct SpawnPlan {
                 posix_spawn_file_actions_adddup2(&actions, wanted[stream], stream);
         const sigset_t defaults = signals.defaults();
         posix_spawnattr_setsigdefault(&attributes, &defaults);
-        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+        sigset_t none;
+        sigemptyset(&none);
+        posix_spawnattr_setsigmask(&attributes, &none);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
     }
     ~SpawnPlan() {
         posix_spawn_file_actions_destroy(&actions);
@@ -98,17 +125,23 @@ pid_t start(const std::vector<std::string>& arguments, const Streams& streams,
     }
     const SpawnPlan plan(streams, signals);
     pid_t pid = -1;
+    const HeldSignals held;
     const int error =
         ::posix_spawnp(&pid, vector[0], &plan.actions, &plan.attributes, vector.data(), environ);
+    running = error == 0 ? pid : 0;
     errno = error;
     return error == 0 ? pid : -1;
 }
 
 int WaitFor(pid_t pid) {
     int status = -1;
-    while (::waitpid(pid, &status, 0) < 0)
-        if (errno != EINTR)
-            return -1;
+    while (::waitpid(pid, &status, 0) < 0) {
+        if (errno == EINTR)
+            continue;
+        status = -1;
+        break;
+    }
+    running = 0;
     return status;
 }
 
@@ -142,9 +175,16 @@ int CollectProgram(const std::vector<std::string>& arguments, Streams streams, s
     return WaitFor(pid);
 }
 
+void EndProgram() {
+    const int error = errno; // the handler's caller has its own
+    if (const pid_t pid = running; pid > 0)
+        ::kill(pid, SIGTERM);
+    errno = error;
+}
+
 int ExitStatus(int wait_status) {
     if (wait_status == -1)
-        return 127;
+        return kNotStarted;
     return WIFSIGNALED(wait_status) ? 128 + WTERMSIG(wait_status) : WEXITSTATUS(wait_status);
 }
 
