@@ -5,8 +5,7 @@
 #include "commands/l2overip/driver.h"
 #include "commands/l2overip/outcome.h"
 #include "front/probes/cluster.h"
-#include "platform/console.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 #include "platform/processes.h"
 #include "records/conf_struct.h"
@@ -15,7 +14,6 @@
 #include <arpa/inet.h>
 #include <functional>
 #include <ifaddrs.h>
-#include <libintl.h>
 #include <memory>
 
 namespace l2overip {
@@ -42,19 +40,24 @@ constexpr Report kReports[] = {
     {"vswitch-stats", "virtual switch statistics"},
 };
 
-// Changes the configuration, or gives the outcome that refuses it. "" when it is changed.
-using Change = std::function<std::string(L2OverIpConfig& config)>;
+// Changes the configuration. Any other outcome than "OK" refuses the command.
+using Change = std::function<Outcome(L2OverIpConfig& config)>;
 
-// The frame of every edit. With `configure` the driver is started behind the writing.
+// Opens the configuration, changes it and saves it. With `configure` the driver is started behind the saving.
 bool Edit(const std::string& prefix, const Change& change, bool configure = false) {
     L2OverIpConfig config;
     if (!L2OverIpRead(config))
         return End(prefix, Failed());
-    const std::string refusal = change(config);
-    if (!refusal.empty())
-        return End(prefix, refusal);
+    const Outcome changed = change(config);
+    if (!changed.done)
+        return End(prefix, changed);
     const bool done = L2OverIpWrite(config) && (!configure || L2OverIpScript("configure") == 0);
     return End(prefix, done ? Ok() : Failed());
+}
+
+// A record that was not read says nothing of the interfaces.
+Outcome Unread() {
+    return Failed(gettext("failed to read network settings"));
 }
 
 bool Holds(const InterfaceEntry& entry, const std::string& address) {
@@ -89,62 +92,100 @@ std::string FindHolder(const CConfStruct& record, const std::string& address) {
     return FindLiveHolder(address);
 }
 
-std::string RefuseLocalAddress(const L2OverIpConfig& config, const std::string& address) {
+Outcome CheckLocalAddress(const L2OverIpConfig& config, const std::string& address) {
     const CConfStruct record(path_list::local_settings, true);
+    if (!record.IsWhole())
+        return Unread();
     const std::string holder = FindHolder(record, address);
     if (holder.empty())
-        return gettext(": specified address is not assigned to a local interface");
+        return Refused(Tr(": specified address is not assigned to a local interface"));
     if (holder.starts_with(kPppPrefix))
-        return gettext(": specified address is assigned to the ppp interface");
+        return Refused(Tr(": specified address is assigned to the ppp interface"));
     if (config.device.empty())
-        return gettext(": internal interface is not set");
+        return Refused(Tr(": internal interface is not set"));
     if (holder == config.device)
-        return gettext(": specified address is assigned to the internal interface");
+        return Refused(Tr(": specified address is assigned to the internal interface"));
     InterfaceEntry entry;
     if (!record.FindInterface(holder, entry))
-        return "";
+        return Ok();
     if (entry.parent == config.device)
-        return gettext(
-            ": specified address is assigned to the child VLAN interface of the internal interface");
+        return Refused(
+            Tr(": specified address is assigned to the child VLAN interface of the internal interface"));
     if (IsDhcpConfigured(entry))
-        return gettext(": specified address is assigned to the DHCP interface");
-    return "";
+        return Refused(Tr(": specified address is assigned to the DHCP interface"));
+    return Ok();
 }
 
-std::string RefuseLocalPort(const L2OverIpConfig& config, unsigned long number, const std::string& address) {
-    const std::string refusal = RefuseLocalAddress(config, address);
-    if (!refusal.empty())
-        return refusal;
+Outcome SetLocal(L2OverIpConfig& config, unsigned long number, const std::string& address) {
+    Outcome checked = CheckLocalAddress(config, address);
+    if (!checked.done)
+        return checked;
     for (const auto& [remote_number, remote_address] : config.remote_ports) {
         if (remote_number == number)
-            return gettext(": this num is already assigned to remote port");
+            return Refused(Tr(": this num is already assigned to remote port"));
         if (remote_address == address)
-            return gettext(": this IP is already assigned to remote port ");
+            return Refused(Tr(": this IP is already assigned to remote port "));
     }
-    return IsBroadcastLike(address) ? gettext(": Local port address can not be broadcast") : "";
+    if (IsBroadcastLike(address))
+        return Refused(Tr(": Local port address can not be broadcast"));
+    config.local_num = std::to_string(number);
+    config.local_ip = address;
+    return Ok();
 }
 
-std::string RefuseRemotePort(const L2OverIpConfig& config, unsigned long number, const std::string& address) {
+Outcome SetRemote(L2OverIpConfig& config, unsigned long number, const std::string& address) {
     if (std::to_string(number) == config.local_num)
-        return gettext(": this port num is already set to local port");
+        return Refused(Tr(": this port num is already set to local port"));
     if (address == config.local_ip)
-        return gettext(": this address is already set to local port");
+        return Refused(Tr(": this address is already set to local port"));
     if (IsBroadcastLike(address))
-        return gettext(": Remote port address can not be broadcast");
+        return Refused(Tr(": Remote port address can not be broadcast"));
     for (const auto& [remote_number, remote_address] : config.remote_ports) {
         if (remote_address == address)
-            return gettext(": this remote port IP is already present in config");
+            return Refused(Tr(": this remote port IP is already present in config"));
     }
-    return "";
+    config.remote_ports[number] = address;
+    return Ok();
 }
 
-bool IsDeviceKnown(const std::string& device) {
+Outcome DeleteRemote(L2OverIpConfig& config, unsigned long number, const std::string& prefix) {
+    const bool known = config.remote_ports.contains(number);
+    if (config.mode == kSwitchMode && known && config.remote_ports.size() == 1)
+        return Refused(Tr(": cannot delete last remote port when L2OverIP is configured."));
+    if (!known)
+        return Refused(Tr(" - port not found."));
+    if (shell_get_user_confirmation(
+            gettext("Do you want to delete remote port number %lu from L2OverIP configuration?"), number) ==
+        0) {
+        PrintInfo(Tr("Command `remote port delete` terminated by user."));
+        return {gettext("- terminated by user."), false, true};
+    }
+    Log(prefix, {gettext("- running."), true});
+    config.remote_ports.erase(number);
+    return Ok();
+}
+
+Outcome SetNewMode(L2OverIpConfig& config, const std::string& value) {
+    if (config.mode == value)
+        return Refused(Tr("This mode is already set."));
+    config.mode = value;
+    if (value != kSwitchMode)
+        return Ok();
+    if (!L2OverIpCheck(config))
+        return Failed();
+    const CConfStruct record(path_list::local_settings, true);
+    if (!record.IsWhole())
+        return Unread();
     InterfaceEntry entry;
-    if (CConfStruct(path_list::local_settings, true).FindInterface(device, entry))
-        return true;
-    shell_print_error(gettext("%s: the interface does not exist; please set the valid device"),
-                      device.c_str());
-    return false;
+    if (record.FindInterface(config.device, entry))
+        return Ok();
+    PrintError(Tr("%s: the interface does not exist; please set the valid device"), config.device);
+    return Failed();
+}
+
+bool CheckPort(const std::string& number, const std::string& address) {
+    return arguments::Check(
+        {{number, arguments::IsNumber, "port number"}, {address, arguments::IsAddress, "address"}});
 }
 
 bool ShowConfig() {
@@ -165,8 +206,7 @@ bool Show(const std::string& what) {
             return End(prefix, NotConfigured());
         return End(prefix, L2OverIpScript("show " + what) == 0 ? Ok() : Failed());
     }
-    shell_print_error(gettext("%s: nothing to show"), what.c_str());
-    return false;
+    return Refuse(Tr("%s: nothing to show"), what);
 }
 
 bool SetInterface(const std::string& device) {
@@ -174,87 +214,52 @@ bool SetInterface(const std::string& device) {
         return false;
     const char* const prefix = gettext("<L2OverIP> Command set interface: ");
     if (device.starts_with(kPppPrefix))
-        return End(prefix,
-                   device + gettext(" on the ppp interface, you can not assign an L2 packet interception"));
-    return Edit(prefix, [&](L2OverIpConfig& config) -> std::string {
+        return End(
+            prefix,
+            {device + gettext(" on the ppp interface, you can not assign an L2 packet interception"), false});
+    return Edit(prefix, [&](L2OverIpConfig& config) {
         if (config.device == device)
-            return gettext(" already set to ") + device;
+            return Refused(Tr(" already set to "), device);
         config.device = device;
-        return "";
+        return Ok();
     });
 }
 
-bool SetLocalPort(const std::string& number_text, const std::string& address) {
-    if (!arguments::Check(
-            {{number_text, arguments::IsNumber, "port number"}, {address, arguments::IsAddress, "address"}}))
-        return false;
-    const unsigned long number = std::stoul(number_text);
-    return Edit(gettext("<L2OverIP> Command set local port"), [&](L2OverIpConfig& config) {
-        const std::string refusal = RefuseLocalPort(config, number, address);
-        if (refusal.empty()) {
-            config.local_num = std::to_string(number);
-            config.local_ip = address;
-        }
-        return refusal;
-    });
+bool SetLocalPort(const std::string& number, const std::string& address) {
+    return CheckPort(number, address) &&
+           Edit(gettext("<L2OverIP> Command set local port"),
+                [&](L2OverIpConfig& config) { return SetLocal(config, std::stoul(number), address); });
 }
 
-bool SetRemotePort(const std::string& number_text, const std::string& address) {
-    if (!arguments::Check(
-            {{number_text, arguments::IsNumber, "port number"}, {address, arguments::IsAddress, "address"}}))
-        return false;
-    const unsigned long number = std::stoul(number_text);
-    return Edit(gettext("<L2OverIP> Command: set remote port"), [&](L2OverIpConfig& config) {
-        const std::string refusal = RefuseRemotePort(config, number, address);
-        if (refusal.empty())
-            config.remote_ports[number] = address;
-        return refusal;
-    });
+bool SetRemotePort(const std::string& number, const std::string& address) {
+    return CheckPort(number, address) &&
+           Edit(gettext("<L2OverIP> Command: set remote port"),
+                [&](L2OverIpConfig& config) { return SetRemote(config, std::stoul(number), address); });
 }
 
-bool DeleteRemotePort(const std::string& number_text) {
-    if (!arguments::Check({{number_text, arguments::IsNumber, "port number"}}))
-        return false;
-    const unsigned long number = std::stoul(number_text);
+bool DeleteRemotePort(const std::string& number) {
     const char* const prefix = gettext("<L2OverIP> Command delete remote port ");
-    L2OverIpConfig config;
-    if (!L2OverIpRead(config))
-        return End(prefix, Failed());
-    const bool known = config.remote_ports.contains(number);
-    if (config.mode == kSwitchMode && known && config.remote_ports.size() == 1)
-        return End(prefix, gettext(": cannot delete last remote port when L2OverIP is configured."));
-    if (!known)
-        return End(prefix, gettext(" - port not found."));
-    if (shell_get_user_confirmation(
-            gettext("Do you want to delete remote port number %lu from L2OverIP configuration?"), number) ==
-        0) {
-        shell_print_info("%s", gettext("Command `remote port delete` terminated by user."));
-        return Log(prefix, gettext("- terminated by user."), false);
-    }
-    Log(prefix, gettext("- running."), true);
-    config.remote_ports.erase(number);
-    return End(prefix, L2OverIpWrite(config) ? Ok() : Failed());
+    return arguments::Check({{number, arguments::IsNumber, "port number"}}) &&
+           Edit(prefix,
+                [&](L2OverIpConfig& config) { return DeleteRemote(config, std::stoul(number), prefix); });
 }
 
 bool SetMacTtl(const std::string& value) {
-    if (!arguments::Check({{value, arguments::IsNumber, "MAC TTL"}}))
-        return false;
-    return Edit(gettext("<L2OverIP> Command set MAC TTL"), [&](L2OverIpConfig& config) -> std::string {
-        config.mac_ttl = value;
-        return "";
-    });
+    return arguments::Check({{value, arguments::IsNumber, "MAC TTL"}}) &&
+           Edit(gettext("<L2OverIP> Command set MAC TTL"), [&](L2OverIpConfig& config) {
+               config.mac_ttl = value;
+               return Ok();
+           });
 }
 
 bool SetUnsolicitedFrames(const std::string& value) {
-    if (!arguments::Check({{value, arguments::IsName, "unsolicited frames mode"}}))
-        return false;
-    return Edit(gettext("<L2OverIP> Command set unsolicited frames"),
-                [&](L2OverIpConfig& config) -> std::string {
-                    if (config.unsolicited_frames == value)
-                        return gettext(": this unsolicited frames mode is already set");
-                    config.unsolicited_frames = value;
-                    return "";
-                });
+    return arguments::Check({{value, arguments::IsName, "unsolicited frames mode"}}) &&
+           Edit(gettext("<L2OverIP> Command set unsolicited frames"), [&](L2OverIpConfig& config) {
+               if (config.unsolicited_frames == value)
+                   return Refused(Tr(": this unsolicited frames mode is already set"));
+               config.unsolicited_frames = value;
+               return Ok();
+           });
 }
 
 bool SetMode(const std::string& value) {
@@ -262,15 +267,9 @@ bool SetMode(const std::string& value) {
         return false;
     const std::string prefix = gettext("<L2OverIP> Command set mode <") + value + ">";
     if (GetClusterMode() == 1 && !IsClusterActive())
-        return End(prefix, gettext(": Device is in passive mode, mode setting couldn't be done."));
-    const bool on = value == kSwitchMode;
-    const Change change = [&](L2OverIpConfig& config) -> std::string {
-        if (config.mode == value)
-            return gettext("This mode is already set.");
-        config.mode = value;
-        return on && !(L2OverIpCheck(config) && IsDeviceKnown(config.device)) ? Failed() : "";
-    };
-    return Edit(prefix, change, on);
+        return End(prefix, Refused(Tr(": Device is in passive mode, mode setting couldn't be done.")));
+    return Edit(
+        prefix, [&](L2OverIpConfig& config) { return SetNewMode(config, value); }, value == kSwitchMode);
 }
 
 } // namespace l2overip

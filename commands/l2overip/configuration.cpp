@@ -3,9 +3,9 @@
 #include "commands/arguments/arguments.h"
 #include "commands/l2overip/driver.h"
 #include "commands/l2overip/outcome.h"
-#include "platform/console.h"
 #include "platform/guards.h"
-#include "platform/log.h"
+#include "platform/locks.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 
 #include <arpa/inet.h>
@@ -15,12 +15,14 @@
 #include <cstring>
 #include <exception>
 #include <fstream>
-#include <libintl.h>
 #include <stdexcept>
 #include <system_error>
 #include <unistd.h>
 
 namespace {
+
+using l2overip::Outcome;
+using l2overip::Refused;
 
 constexpr const char* kGroup = "options.";
 constexpr const char* kSwitchMode = "switch";
@@ -111,32 +113,44 @@ void WriteLines(std::ostream& output, const L2OverIpConfig& config) {
 }
 
 bool UpdateGuard() {
+    // Who finds a file at odds with its guard looks once more with the lock.
+    lock_tool::FileLock lock(path_list::settings_lock);
     try {
-        CHCRG::SaveCrgToFile(path_list::l2overip.c_str(), path_list::l2overip_guard.c_str());
-        return true;
+        if (lock.AcquireExclusive(settings_lock_timeout, true)) {
+            CHCRG::SaveCrgToFile(path_list::l2overip.c_str(), path_list::l2overip_guard.c_str());
+            return true;
+        }
     } catch (const std::exception&) {
-        shell_print_error("%s%s", gettext("Failed to save the checksum for file l2overip.conf. "),
-                          gettext("Your files may appear corrupt.\n"));
-        shell_log_error("%s", gettext("Failed to save the checksum for file l2overip.conf."));
-        return false;
+        // Told below, like a lock that isn't granted.
     }
+    LogError(Tr("Failed to save the checksum for file l2overip.conf."));
+    return Refuse("%s%s", gettext("Failed to save the checksum for file l2overip.conf. "),
+                  gettext("Your files may appear corrupt.\n"));
 }
 
-// What keeps the driver from working, "" when nothing does.
-std::string FindFault(const L2OverIpConfig& config) {
+// What keeps the driver from working.
+Outcome FindFault(const L2OverIpConfig& config) {
     if (config.mode != kSwitchMode)
-        return gettext(": Mode is incorrect");
+        return Refused(Tr(": Mode is incorrect"));
     if (config.device.empty() || config.device == kNoDevice)
-        return gettext(": Interface is empty");
+        return Refused(Tr(": Interface is empty"));
     if (config.local_num.empty())
-        return gettext(": Local port num is empty");
+        return Refused(Tr(": Local port num is empty"));
     if (config.local_ip.empty())
-        return gettext(": Local port IP is empty");
+        return Refused(Tr(": Local port IP is empty"));
     if (config.remote_ports.empty())
-        return gettext(": At least one remote port is required");
+        return Refused(Tr(": At least one remote port is required"));
     if (config.mac_ttl.empty())
-        return gettext(": MAC-TTL is empty");
-    return "";
+        return Refused(Tr(": MAC-TTL is empty"));
+    return {gettext("All OK"), true}; // kept: the one outcome without a colon
+}
+
+// Tells the failure of a file in its own words.
+bool RefuseFile(const char* prefix, const char* what, const char* reason) {
+    Outcome outcome = l2overip::Failed(reason);
+    outcome.is_told = true;
+    PrintError("%s%s", what, outcome.text);
+    return l2overip::End(prefix, outcome);
 }
 
 } // namespace
@@ -145,11 +159,9 @@ bool L2OverIpRead(L2OverIpConfig& config) {
     const char* const prefix = gettext("<L2OverIP> Reading config");
     try {
         config = ReadFile();
-        return l2overip::Log(prefix, l2overip::Ok(), true);
+        return l2overip::Log(prefix, l2overip::Ok());
     } catch (const std::exception& error) {
-        const std::string outcome = l2overip::Failed(error.what());
-        shell_print_error("%s%s", gettext("Reading config failed"), outcome.c_str());
-        return l2overip::Log(prefix, outcome, false);
+        return RefuseFile(prefix, gettext("Reading config failed"), error.what());
     }
 }
 
@@ -160,12 +172,9 @@ bool L2OverIpWrite(const L2OverIpConfig& config) {
         WriteLines(output, config);
         output.close();
     }
-    if (!output) {
-        const std::string outcome = l2overip::Failed(std::strerror(errno));
-        shell_print_error("%s%s", gettext("Writing config failed"), outcome.c_str());
-        return l2overip::Log(prefix, outcome, false);
-    }
-    l2overip::Log(prefix, l2overip::Ok(), true);
+    if (!output)
+        return RefuseFile(prefix, gettext("Writing config failed"), std::strerror(errno));
+    l2overip::Log(prefix, l2overip::Ok());
     return (!L2OverIpDriverConfigured() || L2OverIpReconfigure()) && UpdateGuard();
 }
 
@@ -175,13 +184,12 @@ std::string L2OverIpGet(const L2OverIpConfig& config, const std::string& name) {
 }
 
 bool L2OverIpCheck(const L2OverIpConfig& config) {
-    const char* const prefix = gettext("<L2OverIP> Check config correctness");
-    const std::string fault = FindFault(config);
-    if (fault.empty())
-        return l2overip::Log(prefix, gettext("All OK"), true); // kept: the one outcome without a colon
-    shell_print_error("%s", fault.c_str());
-    shell_print_error("%s", gettext("Error in config, please correct"));
-    return l2overip::Log(prefix, fault, false);
+    const Outcome found = FindFault(config);
+    if (!found.done) {
+        PrintError("%s", found.text);
+        PrintError(Tr("Error in config, please correct"));
+    }
+    return l2overip::Log(gettext("<L2OverIP> Check config correctness"), found);
 }
 
 bool IsL2OverIpSwitchOn(const std::string& interface) {

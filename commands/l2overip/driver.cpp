@@ -2,7 +2,6 @@
 
 #include "commands/l2overip/outcome.h"
 #include "front/probes/cluster.h"
-#include "platform/console.h"
 #include "platform/processes.h"
 #include "records/service_permissions.h"
 
@@ -37,16 +36,14 @@ bool L2OverIpDriverConfigured() {
 
 int L2OverIpScript(const std::string& command) {
     const int status = ExitStatus(BaseExec::run("l2overip.sh " + command));
-    const std::string outcome = status == 0 ? "" : gettext(" :Failed, exit code ") + std::to_string(status);
-    l2overip::Log(gettext("<L2OverIP> Script command: <") + command + ">", outcome, status == 0);
+    const std::string failure = status == 0 ? "" : gettext(" :Failed, exit code ") + std::to_string(status);
+    l2overip::Log(gettext("<L2OverIP> Script command: <") + command + ">", {failure, status == 0});
     return status;
 }
 
 bool L2OverIpReconfigure() {
     const char* const prefix = gettext("<L2OverIP> Reconfigure driver");
     if (L2OverIpScript("configure") == 0)
-        return l2overip::Log(prefix, l2overip::Ok(), true);
-    const char* const outcome = gettext(": Error reconfiguring l2overip");
-    shell_print_error("%s", outcome);
-    return l2overip::Log(prefix, outcome, false);
+        return l2overip::Log(prefix, l2overip::Ok());
+    return l2overip::End(prefix, l2overip::Refused(Tr(": Error reconfiguring l2overip")));
 }

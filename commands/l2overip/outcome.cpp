@@ -1,44 +1,43 @@
 #include "commands/l2overip/outcome.h"
 
-#include "platform/console.h"
-#include "platform/log.h"
-
-#include <libintl.h>
+#include "platform/messages.h"
 
 namespace l2overip {
 
-std::string Ok() {
-    return gettext(": OK");
+Outcome Ok() {
+    return {gettext(": OK"), true};
 }
 
-std::string Failed() {
-    return gettext(": Failed");
+Outcome Failed() {
+    return {gettext(": Failed"), false};
 }
 
-std::string Failed(const std::string& reason) {
-    return gettext(": Failed (") + reason + ")";
+Outcome Failed(const std::string& reason) {
+    return {gettext(": Failed (") + reason + ")", false};
 }
 
-std::string NotConfigured() {
-    return gettext(": Error (driver not configured)");
+Outcome NotConfigured() {
+    return {gettext(": Error (driver not configured)"), false};
 }
 
-bool Log(const std::string& prefix, const std::string& outcome, bool done) {
-    const std::string text = prefix + outcome;
-    if (done)
-        shell_log_info("%s", text.c_str());
+Outcome Refused(format::Translated text, const std::string& behind) {
+    return {gettext(text.text) + behind, false};
+}
+
+bool Log(const std::string& prefix, const Outcome& outcome) {
+    if (outcome.done)
+        LogInfo("%s", prefix + outcome.text);
     else
-        shell_log_error("%s", text.c_str());
-    return done;
+        LogError("%s", prefix + outcome.text);
+    return outcome.done;
 }
 
-bool End(const std::string& prefix, const std::string& outcome) {
-    const bool done = outcome == Ok();
-    if (done)
-        shell_print_info("%s", outcome.c_str());
-    else
-        shell_print_error("%s", outcome.c_str());
-    return Log(prefix, outcome, done);
+bool End(const std::string& prefix, const Outcome& outcome) {
+    if (!outcome.is_told && outcome.done)
+        PrintInfo("%s", outcome.text);
+    else if (!outcome.is_told)
+        PrintError("%s", outcome.text);
+    return Log(prefix, outcome);
 }
 
 } // namespace l2overip

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/format.h"
+
 #include <string>
 
 // How the operations of L2OverIP end: one text, the operation's prefix with its outcome behind it, goes to
@@ -7,16 +9,25 @@
 
 namespace l2overip {
 
-// The outcomes that all share, translated.
-std::string Ok();
-std::string Failed();
-std::string Failed(const std::string& reason);
-std::string NotConfigured();
+struct Outcome {
+    std::string text; // translated
+    bool done;
+    bool is_told = false; // the administrator knows it already
+};
 
-// Logs the text and gives `done`.
-bool Log(const std::string& prefix, const std::string& outcome, bool done);
+// The outcomes that all share.
+Outcome Ok();
+Outcome Failed();
+Outcome Failed(const std::string& reason);
+Outcome NotConfigured();
 
-// Ends a command: logs the text and tells the administrator the outcome. True for the outcome "OK".
-[[nodiscard]] bool End(const std::string& prefix, const std::string& outcome);
+// What keeps an operation from being done, in its own words.
+Outcome Refused(format::Translated text, const std::string& behind = "");
+
+// Logs the text and gives whether it is done.
+bool Log(const std::string& prefix, const Outcome& outcome);
+
+// Ends a command: logs the text and tells the administrator the outcome. True when it is done.
+[[nodiscard]] bool End(const std::string& prefix, const Outcome& outcome);
 
 } // namespace l2overip

@@ -84,6 +84,10 @@ TEST_F(L2OverIpTest, Refusals) {
     Type({"l2overip mac-ttl 9"});
     unlink(kFile.c_str());
     Type({"l2overip mac-ttl 9"});
+    // The interfaces are not known.
+    WriteFile(kFile, kComplete);
+    WriteFile(path_list::local_settings, "");
+    Type({"l2overip local port 5 203.0.113.20", "l2overip mode switch"});
     JoinCluster(1);
     Type({"l2overip mode switch"});
     ExpectTranscript("l2overip/refusals");
