@@ -1,22 +1,32 @@
 #include "commands/services/web_ui.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "shell/families.h"
+
+#include <stdexcept>
 
 namespace shell {
 namespace {
 
 using Text = const std::string&;
 
+// What the operation throws names no field.
+bool GetPort(unsigned long& port) {
+    try {
+        return WebUiGetPort(port);
+    } catch (const std::logic_error&) {
+        return Refuse("server/port: no port number is set");
+    }
+}
+
 bool ShowWebSettings() {
     bool https = false;
     std::string certificate;
     std::string key;
     unsigned long port = 0;
-    if (!WebUiGetHttps(https) || !WebUiGetCertificate(certificate) || !WebUiGetKey(key) ||
-        !WebUiGetPort(port))
+    if (!WebUiGetHttps(https) || !WebUiGetCertificate(certificate) || !WebUiGetKey(key) || !GetPort(port))
         return false;
-    shell_print_info("protocol: %s\nport: %lu\ncertificate: %s\nkey: %s", https ? "https" : "http", port,
-                     certificate.c_str(), key.c_str());
+    PrintInfo("protocol: %s\nport: %lu\ncertificate: %s\nkey: %s", https ? "https" : "http", port,
+              certificate, key);
     return true;
 }
 

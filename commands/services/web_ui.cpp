@@ -1,7 +1,7 @@
 #include "commands/services/web_ui.h"
 
 #include "front/helpers/text.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/processes.h"
 #include "settings/file.h"
 
@@ -27,25 +27,16 @@ constexpr Field kKey = {"/unit/ssl/key", "Failed to edit field key"};
 constexpr Field kPort = {"/unit/server/port", "Failed to edit field server/port"};
 
 bool Load(settings::File& file) {
-    if (file.Load())
-        return true;
-    shell_print_error("Couldn't parse XML config file");
-    return false;
+    return file.Load() || Refuse("Couldn't parse XML config file");
 }
 
 bool Set(const Field& field, const std::string& value) {
     settings::File file(kUnit, "");
     if (!Load(file))
         return false;
-    if (!file.SelectFirst("%s", field.path).SetText("%s", value.c_str())) {
-        shell_print_error("%s", field.failure);
-        return false;
-    }
-    if (!file.Save()) {
-        shell_print_error("Failed to write to config file");
-        return false;
-    }
-    return true;
+    if (!file.SelectFirst("%s", field.path).SetText("%s", value))
+        return Refuse("%s", field.failure);
+    return file.Save() || Refuse("Failed to write to config file");
 }
 
 bool Get(const Field& field, std::string& value) {
