@@ -3,14 +3,13 @@
 #include "commands/arguments/arguments.h"
 #include "front/helpers/stream.h"
 #include "front/probes/cluster.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 #include "platform/processes.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <libintl.h>
 #include <string>
 #include <vector>
 
@@ -23,11 +22,6 @@ constexpr const char* kNoReply = "NA";
 constexpr std::size_t kLineSize = 8192;
 
 using Texts = std::vector<std::string>;
-
-bool Report(const char* text) {
-    shell_print_error("%s", gettext(text));
-    return false;
-}
 
 struct Channels {
     Texts devices;
@@ -54,10 +48,8 @@ void TakeLine(const std::string& line, Channels& channels) {
 bool ReadChannels(Channels& channels) {
     const char* const path = path_list::failover_settings.c_str();
     const Stream file(std::fopen(path, "re"));
-    if (file == nullptr) {
-        shell_print_error(gettext("%s: failed to open file: %s"), path, std::strerror(errno));
-        return false;
-    }
+    if (file == nullptr)
+        return Refuse(Tr("%s: failed to open file: %s"), path, std::strerror(errno));
     char buffer[kLineSize];
     bool in_channel = false;
     while (std::fgets(buffer, sizeof buffer, file.get()) != nullptr) {
@@ -92,10 +84,8 @@ bool AskForMac(const std::string& address, const std::string& device, std::strin
         status = corvanshell::run(line.c_str(), output);
     const auto reply = std::find_if(output.begin(), output.end(),
                                     [](const std::string& text) { return !FindMac(text).empty(); });
-    if (status != 0 && reply == output.end()) {
-        shell_print_error(gettext("failed to run %s"), line.c_str());
-        return false;
-    }
+    if (status != 0 && reply == output.end())
+        return Refuse(Tr("failed to run %s"), line);
     mac = reply == output.end() ? kNoReply : FindMac(*reply);
     return true;
 }
@@ -115,20 +105,19 @@ Texts CollectMacs(const Channels& channels) {
 
 bool CheckActiveAddresses() {
     if (!IsDisabledOnPassiveNode(""))
-        return Report("Use it on passive cluster node only");
+        return Refuse(Tr("Use it on passive cluster node only"));
     Channels channels;
     if (!ReadChannels(channels))
         return false;
     if (channels.addresses.empty())
-        return Report("active IP not set in failover.ini");
-    shell_print_info("%s", gettext("Address check is in progress ..."));
+        return Refuse(Tr("active IP not set in failover.ini"));
+    PrintInfo(Tr("Address check is in progress ..."));
     const Texts macs = CollectMacs(channels);
     if (macs.size() != channels.devices.size() || macs.size() != channels.addresses.size())
-        return Report("mac addresses count doesn't match devices count");
-    shell_print_info("%s", gettext("Interface\tIP-address\tMAC-address"));
+        return Refuse(Tr("mac addresses count doesn't match devices count"));
+    PrintInfo(Tr("Interface\tIP-address\tMAC-address"));
     for (std::size_t i = 0; i < macs.size(); ++i)
-        shell_print_info("%s\t%s\t%s", channels.devices[i].c_str(), channels.addresses[i].c_str(),
-                         macs[i].c_str());
+        PrintInfo("%s\t%s\t%s", channels.devices[i], channels.addresses[i], macs[i]);
     return true;
 }
 

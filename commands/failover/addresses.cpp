@@ -1,13 +1,13 @@
 #include "commands/failover/addresses.h"
 
+#include "commands/failover/backups.h"
 #include "platform/cluster_file.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/network.h"
 #include "platform/path_list.h"
 #include "records/address_checks.h"
 
 #include <algorithm>
-#include <libintl.h>
 #include <string>
 #include <vector>
 
@@ -17,11 +17,6 @@ namespace {
 constexpr const char* kPlaceholder = "change_this";
 
 using Texts = std::vector<std::string>;
-
-bool Report(const char* text) {
-    shell_print_error("%s", gettext(text));
-    return false;
-}
 
 struct ActiveAddress {
     std::string interface;
@@ -54,7 +49,7 @@ bool DoMatch(const Texts& interfaces, const Texts& entries) {
 bool ReadActiveAddresses(std::vector<ActiveAddress>& addresses) {
     const Texts interfaces = get_active_ifaces();
     if (!HasAny(interfaces))
-        return Report("failover address validation: cannot find active ifaces in failover.ini");
+        return Refuse(Tr("failover address validation: cannot find active ifaces in failover.ini"));
     const Texts entries = get_active_ip();
     std::vector<ActiveAddress> found;
     for (std::size_t i = 0; i < entries.size(); ++i) {
@@ -62,35 +57,42 @@ bool ReadActiveAddresses(std::vector<ActiveAddress>& addresses) {
             continue;
         found.push_back(MakeActiveAddress(i < interfaces.size() ? interfaces[i] : "", entries[i]));
         if (found.back().broadcast.empty())
-            return Report("failover address validation: cannot calculate broadcasts for failover active ip "
-                          "addresses");
+            return Refuse(
+                Tr("failover address validation: cannot calculate broadcasts for failover active ip "
+                   "addresses"));
     }
     if (!DoMatch(interfaces, entries))
-        return Report("failover address validation: active IP address count does not match active "
-                      "interfaces count in failover.ini");
+        return Refuse(Tr("failover address validation: active IP address count does not match active "
+                         "interfaces count in failover.ini"));
     addresses = std::move(found);
     return true;
 }
 
+bool CrossNothing(const corvanshell::CConfStruct& record, const std::vector<ActiveAddress>& addresses) {
+    return std::all_of(addresses.begin(), addresses.end(), [&](const ActiveAddress& active) {
+        return CheckAddressCrossing(record, active.interface, active.address, active.broadcast,
+                                    active.netmask, true) == corvanshell::kNoCrossing;
+    });
+}
+
+constexpr const char* kFailed = "failover address validation failed";
+
 } // namespace
 
 bool ValidateFailoverAddresses() {
+    std::vector<ActiveAddress> addresses;
+    if (!ReadActiveAddresses(addresses))
+        return false;
     const corvanshell::CConfStruct record(path_list::local_settings, true);
-    if (!record.IsWhole()) // an empty record would cross nothing
-        return Report("failover address validation failed");
-    return ValidateFailoverAddresses(record);
+    if (record.IsWhole()) // an empty one would cross nothing
+        return CrossNothing(record, addresses) || Refuse(Tr(kFailed));
+    TellUnfinishedEdit();
+    return Refuse(Tr(kFailed));
 }
 
 bool ValidateFailoverAddresses(const corvanshell::CConfStruct& record) {
     std::vector<ActiveAddress> addresses;
-    if (!ReadActiveAddresses(addresses))
-        return false;
-    for (const ActiveAddress& active : addresses) {
-        if (CheckAddressCrossing(record, active.interface, active.address, active.broadcast, active.netmask,
-                                 true) != corvanshell::kNoCrossing)
-            return Report("failover address validation failed");
-    }
-    return true;
+    return ReadActiveAddresses(addresses) && (CrossNothing(record, addresses) || Refuse(Tr(kFailed)));
 }
 
 } // namespace failover

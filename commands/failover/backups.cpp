@@ -1,15 +1,15 @@
 #include "commands/failover/backups.h"
 
 #include "front/helpers/descriptor.h"
-#include "platform/console.h"
 #include "platform/guards.h"
+#include "platform/locks.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <libintl.h>
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -28,10 +28,9 @@ std::string BackupOf(const std::string& file) {
     return file + "~";
 }
 
-bool Fail(const std::string& path) {
-    const std::string reason = path + ": " + std::strerror(errno);
-    shell_print_error(gettext("failed to copy failover config file: %s"), reason.c_str());
-    return false;
+// With errno's reason.
+bool RefuseCopy(const std::string& path) {
+    return Refuse(Tr("failed to copy failover config file: %s"), path + ": " + std::strerror(errno));
 }
 
 bool WriteAll(int descriptor, const char* text, std::size_t size) {
@@ -77,14 +76,14 @@ bool CopyFile(const std::string& from, const std::string& to) {
     const std::string unfinished = to + ".tmp";
     const Descriptor source(open(from.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (source.Get() < 0)
-        return Fail(from);
+        return RefuseCopy(from);
     (void)unlink(unfinished.c_str()); // what a killed run left
     const Descriptor target(open(unfinished.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     if (target.Get() >= 0 && CopyOwnership(source.Get(), target.Get()) &&
         CopyBytes(source.Get(), target.Get()) && fsync(target.Get()) == 0 &&
         rename(unfinished.c_str(), to.c_str()) == 0)
         return true;
-    (void)Fail(to);
+    (void)RefuseCopy(to);
     (void)unlink(unfinished.c_str());
     return false;
 }
@@ -105,6 +104,17 @@ bool IsEditBrokenOff() {
     return !corvanshell::CheckGuardFile((file + ".crg").c_str(), file.c_str(), nullptr);
 }
 
+bool PutBack(const std::string& backup, const std::string& target) {
+    if (rename(backup.c_str(), target.c_str()) == 0)
+        return true;
+    if (errno != EXDEV) // the link leads to another file system
+        return RefuseCopy(target);
+    if (!CopyFile(backup, target))
+        return false;
+    (void)unlink(backup.c_str());
+    return true;
+}
+
 } // namespace
 
 bool Backups::Make() const {
@@ -121,10 +131,8 @@ bool Backups::Make() const {
 
 bool Backups::Restore() const {
     bool done = true;
-    for (const std::string& file : Files()) {
-        if (rename(BackupOf(file).c_str(), TargetOf(file).c_str()) != 0)
-            done = Fail(file);
-    }
+    for (const std::string& file : Files())
+        done = PutBack(BackupOf(file), TargetOf(file)) && done;
     return done;
 }
 
@@ -137,6 +145,17 @@ void Backups::Remove() const {
 
 std::string Backups::TextFile() const {
     return BackupOf(path_list::failover_settings);
+}
+
+void TellUnfinishedEdit() {
+    lock_tool::FileLock lock(kEditLock);
+    if (access(kEditLock, F_OK) == 0 && !lock.AcquireShared(0, false))
+        PrintError(Tr("%s is being edited: please try again when the edit is done"),
+                   path_list::failover_settings);
+    else if (IsEditBrokenOff())
+        PrintError(Tr("%s does not match its guard because an edit was broken off: \"failover config edit\" "
+                      "ends it"),
+                   path_list::failover_settings);
 }
 
 } // namespace failover

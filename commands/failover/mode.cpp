@@ -1,10 +1,10 @@
 #include "commands/failover/mode.h"
 
+#include "commands/failover/backups.h"
 #include "commands/failover/services.h"
 #include "front/probes/cluster.h"
 #include "front/probes/system.h"
-#include "platform/console.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 #include "platform/processes.h"
 #include "platform/shell_tree.h"
@@ -13,7 +13,6 @@
 #include "units/dhcp_server/model/gates.h"
 
 #include <cstdio>
-#include <initializer_list>
 #include <libintl.h>
 #include <unistd.h>
 
@@ -21,17 +20,12 @@ namespace failover {
 namespace {
 
 constexpr const char* kQuagga = "/etc/init.d/quagga";
+constexpr const char* kSnmp = "/etc/init.d/vpn-snmpd";
 constexpr const char* kLeave = "/sbin/failover uninstall";
 constexpr const char* kEnter = "/sbin/failover install";
 constexpr const char* kModeLog = "<F_MOD> Command failover config mode";
 
 enum Mode { kSingle = 0, kCluster = 1 };
-
-bool Refuse(std::initializer_list<const char*> lines) {
-    for (const char* line : lines)
-        shell_print_error("%s", gettext(line));
-    return false;
-}
 
 void PrintNames(const std::set<std::string>& names) {
     for (const std::string& name : names)
@@ -40,10 +34,7 @@ void PrintNames(const std::set<std::string>& names) {
 
 // The program tells its reason. Behind it nothing may change that belongs to the new mode.
 bool SwitchMode(const char* line) {
-    if (BaseExec::run(line) == 0)
-        return true;
-    shell_print_error(gettext("failed to run %s"), line);
-    return false;
+    return BaseExec::run(line) == 0 || Refuse(Tr("failed to run %s"), line);
 }
 
 void ChangeShell(Mode mode) {
@@ -51,28 +42,39 @@ void ChangeShell(Mode mode) {
     Shell::Get().RebuildTree();
 }
 
-// Whether the settings and the running services leave room for a cluster.
-bool IsClusterPossible() {
-    if (GetClusterMode() == kCluster)
-        return Refuse({"Failover is already in cluster mode. Command ignored."});
+// The settings can't be read, so that nobody would know what is enabled.
+bool RefuseUnread() {
+    TellUnfinishedEdit();
+    return Refuse(Tr("failed to read network settings, nothing is changed"));
+}
+
+bool AreSettingsReady() {
     const corvanshell::CConfStruct local(path_list::local_settings, true);
-    if (!local.IsWhole()) // nobody would know what is enabled
-        return Refuse({"failed to read network settings, nothing is changed"});
-    if (local.GetFlag("WIFI"))
-        return Refuse(
-            {"WiFi service is in use.", "In the cluster mode the WiFi service should be disabled."});
-    if (corvanshell::CommonConfStruct().GetFlag("DHCP_SERVER"))
-        return Refuse({"The DHCP server has been configured to start automatically.",
-                       "In the cluster mode the DHCP server should be disabled"});
-    if (settings::dhcp_server::IsDhcpServerRunning())
-        return Refuse({"The DHCP server is running.", "Stop it before switching to the cluster mode."});
+    if (!local.IsWhole())
+        return RefuseUnread();
+    if (local.GetFlag("WIFI")) {
+        PrintError(Tr("WiFi service is in use."));
+        return Refuse(Tr("In the cluster mode the WiFi service should be disabled."));
+    }
+    if (corvanshell::CommonConfStruct().GetFlag("DHCP_SERVER")) {
+        PrintError(Tr("The DHCP server has been configured to start automatically."));
+        return Refuse(Tr("In the cluster mode the DHCP server should be disabled"));
+    }
+    return true;
+}
+
+bool AreServicesStopped() {
+    if (settings::dhcp_server::IsDhcpServerRunning()) {
+        PrintError(Tr("The DHCP server is running."));
+        return Refuse(Tr("Stop it before switching to the cluster mode."));
+    }
     if (IsServiceRunning("/sbin/failoverd"))
-        return Refuse({"Failover daemon is running. Stop it before switching to the cluster mode."});
+        return Refuse(Tr("Failover daemon is running. Stop it before switching to the cluster mode."));
     const std::set<std::string> enabled = ListEnabledServices();
     if (enabled.empty())
         return true;
-    (void)Refuse(
-        {"The following services are currently enabled. Turn them off before enabling cluster mode"});
+    PrintError(
+        Tr("The following services are currently enabled. Turn them off before enabling cluster mode"));
     PrintNames(enabled);
     return false;
 }
@@ -81,7 +83,7 @@ bool IsClusterPossible() {
 bool Confirm(const char* question, const char* unattended) {
     if (isatty(STDIN_FILENO) == 1)
         return shell_get_user_confirmation("%s", gettext(question)) != 0;
-    shell_print_info("%s", gettext(unattended));
+    PrintInfo("%s", gettext(unattended));
     return true;
 }
 
@@ -92,31 +94,32 @@ bool MayStopServices() {
                 "stdin is not a terminal. Stopping services without confirmation.");
     if (!attended)
         return true;
-    shell_print_info("%s", gettext(approved ? "You have approved services stopping. Proceeding..."
-                                            : "You have cancelled services stopping."));
-    shell_log_info("%s", approved ? "User approved services stopping. Proceeding..."
-                                  : "User cancelled services stopping.");
+    if (approved) {
+        PrintInfo(Tr("You have approved services stopping. Proceeding..."));
+        LogInfo("User approved services stopping. Proceeding...");
+    } else {
+        PrintInfo(Tr("You have cancelled services stopping."));
+        LogInfo("User cancelled services stopping.");
+    }
     return approved;
 }
 
 void StopForbiddenServices() {
     const std::set<std::string> forbidden = ListForbiddenServices();
-    shell_print_info("%s", gettext("Note: the following services are NOT allowed to run in cluster mode:"));
+    PrintInfo(Tr("Note: the following services are NOT allowed to run in cluster mode:"));
     PrintNames(forbidden);
-    shell_print_info("%s", gettext("If any of them are currently running, please stop them"));
+    PrintInfo(Tr("If any of them are currently running, please stop them"));
     if (!MayStopServices())
         return;
     for (const std::string& name : forbidden) {
-        shell_print_info(gettext("Switching to cluster mode. Attempt to stop the following service: %s"),
-                         name.c_str());
+        PrintInfo(Tr("Switching to cluster mode. Attempt to stop the following service: %s"), name);
         StopService(name);
     }
 }
 
 void StartEnabledServices() {
     for (const std::string& name : ListEnabledServices()) {
-        shell_print_info(gettext("Switching to single mode. Attempt to start the following service: %s"),
-                         name.c_str());
+        PrintInfo(Tr("Switching to single mode. Attempt to start the following service: %s"), name);
         StartService(name);
     }
 }
@@ -124,9 +127,9 @@ void StartEnabledServices() {
 } // namespace
 
 bool EnterSingleMode() {
-    shell_log_info("command: failover config mode single");
+    LogInfo("command: failover config mode single");
     if (GetClusterMode() == kSingle)
-        return Refuse({"Failover is already in single mode. Command ignored."});
+        return Refuse(Tr("Failover is already in single mode. Command ignored."));
     // The passive node's routing daemon sleeps.
     const bool wants_quagga =
         IsDisabledOnPassiveNode("") && shell_spawn_quiet(kQuagga, "is-running", nullptr) != 0;
@@ -136,18 +139,20 @@ bool EnterSingleMode() {
     StartEnabledServices();
     bool done = true;
     if (wants_quagga && shell_spawn_quiet(kQuagga, "start", nullptr) != 0)
-        done = Refuse({"failed to start quagga"});
-    (void)shell_spawn("/etc/init.d/vpn-snmpd", "restart", nullptr); // tells its failure itself
+        done = Refuse(Tr("failed to start quagga"));
+    if (shell_spawn(kSnmp, "restart", nullptr) == kNotStarted) // any other failure it tells itself
+        done = Refuse(Tr("failed to run %s"), kSnmp);
     slput(kLogInfo, "%s", kModeLog);
     return done;
 }
 
 bool EnterClusterMode() {
-    if (!IsClusterPossible() ||
+    if (GetClusterMode() == kCluster)
+        return Refuse(Tr("Failover is already in cluster mode. Command ignored."));
+    if (!AreSettingsReady() || !AreServicesStopped() ||
         !Confirm("Do you want to switch to the cluster mode?",
-                 "stdin is not a terminal. Switching to cluster mode without confirmation."))
-        return false;
-    if (!SwitchMode(kEnter))
+                 "stdin is not a terminal. Switching to cluster mode without confirmation.") ||
+        !SwitchMode(kEnter))
         return false;
     slput(kLogInfo, "%s", kModeLog);
     StopForbiddenServices();

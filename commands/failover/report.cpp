@@ -2,8 +2,7 @@
 
 #include "front/probes/cluster.h"
 #include "front/probes/system.h"
-#include "platform/console.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/processes.h"
 #include "platform/shell_tree.h"
 
@@ -23,11 +22,6 @@ using corvanshell::DateTime;
 constexpr const char* kProgram = "/sbin/failover";
 constexpr const char* kConnectionDaemon = "/sbin/conntrackd";
 constexpr const char* kSynchronised = "^syncconnections\\s*=\\s*[yY][eE][sS]\\s*\\(#.*\\)\\?$";
-
-bool Report(const char* text) {
-    shell_print_error("%s", gettext(text));
-    return false;
-}
 
 bool IsDaemonAlive() {
     const pid_t pid = read_pid("failoverd", true);
@@ -68,55 +62,58 @@ bool SplitDateTime(const std::string& text, DateTime& moment) {
 } // namespace
 
 bool ShowInfo() {
-    shell_log_info("<F_INF>  Command: failover show info");
+    LogInfo("<F_INF>  Command: failover show info");
     if (IsDaemonAlive())
         return BaseExec::run(std::string(kProgram) + " info") == 0;
-    shell_print_info("%s", gettext(Shell::Get().Mode() == 0 ? "Failover is in single mode"
-                                                            : "Failover is in cluster mode"));
+    if (Shell::Get().Mode() == 0)
+        PrintInfo(Tr("Failover is in single mode"));
+    else
+        PrintInfo(Tr("Failover is in cluster mode"));
     return true;
 }
 
 bool ShowConfig() {
-    shell_log_info("<F_SH_CONF> Command failover show info"); // kept: logs are searched for it
+    LogInfo("<F_SH_CONF> Command failover show info"); // kept: logs are searched for it
     return BaseExec::run("/sbin/textpager.sh /etc/failover.ini") == 0;
 }
 
 bool ShowSyncConnections() {
-    shell_log_info("command: failover show sync-connections");
+    LogInfo("command: failover show sync-connections");
     if (shell_spawn_quiet("/bin/grep", "-q", kSynchronised, "/etc/failover.ini", nullptr) != 0) {
-        shell_print_info("%s", gettext("No connections to synchronize due to disabled synchronization."));
+        PrintInfo(Tr("No connections to synchronize due to disabled synchronization."));
         return true;
     }
     if (!IsServiceRunning(kConnectionDaemon))
-        return Report("Failed to get synchronized connections count since daemon is not configured/started.");
+        return Refuse(
+            Tr("Failed to get synchronized connections count since daemon is not configured/started."));
     // The internal cache holds the node's own connections, the external one those of the other node.
     const std::string line =
         std::string(kConnectionDaemon) + (IsClusterActive() ? " -i" : " -e") + " | wc -l";
     std::printf("%s", gettext("Synchronized connections count\t"));
     std::fflush(stdout);
     return shell_spawn("/bin/sh", "-c", line.c_str(), nullptr) == 0 ||
-           Report("Failed to get connections to synchronize.");
+           Refuse(Tr("Failed to get connections to synchronize."));
 }
 
 bool ParseDateTime(const std::string& text, DateTime& moment) {
     DateTime parsed;
     if (!SplitDateTime(text, parsed) || parsed.hour > 23 || parsed.minute > 59 || parsed.second > 59)
-        return Report("wrong date and time: expected <day>.<month>.<year>-<hour>:<minute>:<second>");
+        return Refuse(Tr("wrong date and time: expected <day>.<month>.<year>-<hour>:<minute>:<second>"));
     moment = parsed;
     return true;
 }
 
 bool View(const DateTime& begin, const DateTime& end) {
     if (!IsCalendarDate(begin) || !IsCalendarDate(end))
-        return Report("Day of month is not valid for year");
+        return Refuse(Tr("Day of month is not valid for year"));
     const std::string from = corvanshell::ptime_to_dmyhms(begin);
     const std::string to = corvanshell::ptime_to_dmyhms(end);
-    shell_log_info("<F_VIEW> Command: failover view -b %s -e %s", from.c_str(), to.c_str());
+    LogInfo("<F_VIEW> Command: failover view -b %s -e %s", from, to);
     const DateTime now = Now();
     if (begin > now || end > now)
-        return Report("Specified date/time is in the future.");
+        return Refuse(Tr("Specified date/time is in the future."));
     if (begin >= end)
-        return Report("Begin time must be earlier than an end time.");
+        return Refuse(Tr("Begin time must be earlier than an end time."));
     return shell_spawn(kProgram, "view", "-b", from.c_str(), "-e", to.c_str(), nullptr) == 0;
 }
 

@@ -1,13 +1,10 @@
 #include "commands/failover/start_stop.h"
 
 #include "commands/failover/addresses.h"
-#include "platform/console.h"
 #include "platform/locks.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 #include "platform/processes.h"
-
-#include <libintl.h>
 
 namespace failover {
 namespace {
@@ -40,29 +37,23 @@ constexpr const char* kRouterLogs[] = {
 // The lock is held while the program runs.
 bool Run(const Control& control) {
     lock_tool::FileLock lock(path_list::critops_lock);
-    if (!lock.AcquireExclusive(0, false)) {
-        shell_print_error(gettext("cannot run '%s' because another critical operation has been running"),
-                          control.command);
-        return false;
-    }
-    (void)shell_spawn(kProgram, control.arguments[0], control.arguments[1], nullptr);
-    return true;
+    if (!lock.AcquireExclusive(0, false))
+        return Refuse(Tr("cannot run '%s' because another critical operation has been running"),
+                      control.command);
+    const int status = shell_spawn(kProgram, control.arguments[0], control.arguments[1], nullptr);
+    return status != kNotStarted || Refuse(Tr("failed to run %s"), kProgram);
 }
 
 } // namespace
 
 bool Start(StartForm form) {
     const Control& control = kStarts[static_cast<int>(form)];
-    shell_log_info("%s", control.log);
-    if (!ValidateFailoverAddresses()) {
-        shell_print_error("%s", gettext("failed to start failover"));
-        return false;
-    }
-    return Run(control);
+    LogInfo("%s", control.log);
+    return ValidateFailoverAddresses() ? Run(control) : Refuse(Tr("failed to start failover"));
 }
 
 bool Stop() {
-    shell_log_info("%s", kStop.log);
+    LogInfo("%s", kStop.log);
     return Run(kStop);
 }
 

@@ -6,8 +6,8 @@ namespace failover {
 
 enum class StartForm { kPlain, kActive, kPassive };
 
-// Refused when the cluster's addresses are not valid, or another critical operation runs. What /sbin/failover
-// makes of it is for itself to tell.
+// Refused when the cluster's addresses are not valid, another critical operation runs, or /sbin/failover is
+// missing. What that makes of it is for itself to tell.
 [[nodiscard]] bool Start(StartForm form);
 [[nodiscard]] bool Stop();
 

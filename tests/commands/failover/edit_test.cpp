@@ -1,3 +1,4 @@
+#include "commands/failover/backups.h"
 #include "commands/failover/edit.h"
 #include "commands/failover/line_changes.h"
 #include "tests/commands/failover/failover_fixture.h"
@@ -40,12 +41,27 @@ TEST_F(ClusterEditTest, Edits) {
     EXPECT_EQ(support::RunShell("stat -c '%a %u %g' " + kClusterFile).out, "640 7 8\n");
     PlayEdit("grep -q 192.168.2.3 $1 && to=1.9 || to=2.3; sed -i s/192.168.[12].3/192.168.$to/ $1", "y\n");
     EXPECT_TRUE(IsGuarded());
+    {
+        const support::Daemon other = support::HoldLock(kEditLock, true);
+        PlayEdit("rm $1   # while another edit is open");
+    }
+    // The file may be a link to another file system.
+    ASSERT_EQ(support::RunShell("mkdir /run/far && mv " + kClusterFile +
+                                " /run/far && ln -s /run/far/failover.ini " + kClusterFile)
+                  .status,
+              0);
+    PlayEdit("printf '[chan' > $1", "n\n");
+    EXPECT_TRUE(IsGuarded());
+    EXPECT_EQ(support::RunShell("mv /run/far/failover.ini " + kClusterFile).status, 0);
     PlayEdit("echo >> $1; rm $1.crg; mkdir $1.crg"); // no guard can be written: the backups stay
     rmdir(kClusterGuard.c_str());
     PlayEdit("echo edited > $1"); // and none can be copied
     // The backup of a file that is gone is its last copy.
     ASSERT_EQ(rename(kClusterFile.c_str(), kBackup.c_str()), 0);
     PlayEdit("echo edited > $1");
+    WriteCluster(old_);
+    ASSERT_EQ(unlink("/usr/bin/rnano"), 0);
+    PlayEdit("# no editor");
     ExpectTranscript("failover/edits");
 }
 
@@ -107,6 +123,34 @@ TEST_F(KilledEditTest, AtAnyMoment) {
         (void)support::RunShell("rm -f " + kBackup + " " + kGuardBackup);
     }
     EXPECT_GT(unfinished, 3);
+}
+
+// While the editor is open, and at the question whether to fix the text.
+TEST_F(KilledEditTest, SignalsGiveTheEditUp) {
+    for (const int signal : {SIGHUP, SIGTERM, SIGINT}) {
+        const std::string send = "kill -" + std::to_string(signal) + " $PPID";
+        for (const std::string& script :
+             {"printf '" + new_ + "' > $1; " + send + "; exec sleep 20",
+              "sed -i s/192.168.1.3/192.168.2.3/ $1; (sleep 0.3; " + send + ") &"}) {
+            Script(script);
+            int silent[2] = {};
+            ASSERT_EQ(pipe2(silent, O_CLOEXEC), 0);
+            const pid_t child = fork();
+            if (child == 0) {
+                dup2(silent[0], STDIN_FILENO);
+                dup2(open("/dev/null", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
+                dup2(STDOUT_FILENO, STDERR_FILENO);
+                _exit(EditConfig() ? 0 : 1);
+            }
+            int status = 0;
+            EXPECT_EQ(waitpid(child, &status, 0), child);
+            close(silent[0]);
+            close(silent[1]);
+            EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << script;
+            EXPECT_EQ(ReadFile(kClusterFile) + ReadFile(kClusterGuard), old_ + old_guard_) << script;
+            EXPECT_FALSE(Exists(kBackup) || Exists(kGuardBackup));
+        }
+    }
 }
 
 TEST(LineChangesTest, Order) {

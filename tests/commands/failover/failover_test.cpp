@@ -1,4 +1,5 @@
 #include "commands/failover/address_check.h"
+#include "commands/failover/backups.h"
 #include "commands/failover/report.h"
 #include "commands/failover/start_stop.h"
 #include "platform/shell_tree.h"
@@ -29,6 +30,16 @@ TEST_F(ClusterCommandsTest, StartAndStop) {
         const support::Daemon holder = support::HoldLock(path_list::critops_lock, true);
         PlayControls("   # locked");
     }
+    const auto start = [&](const std::string& why, const std::string& text) {
+        WriteCluster(text);
+        Play("failover start   # " + why, [] { return Start(StartForm::kPlain); });
+    };
+    start("one interface with two channels",
+          Channel("eth1", "192.168.1.3/24") + Channel("eth1:1", "192.168.1.9/24"));
+    {
+        const support::Daemon holder = support::HoldLock(path_list::settings_lock, true);
+        start("no interface, and the settings are not asked", "[sendconfig]\n");
+    }
     const std::string bad[] = {
         "[sendconfig]\n",
         Channel("eth1", "192.168.1.3"),
@@ -38,13 +49,22 @@ TEST_F(ClusterCommandsTest, StartAndStop) {
         Channel("eth1", "10.0.0.1/24") + Channel("eth0", "10.0.0.2/24"),
     };
     for (const std::string& text : bad) {
-        WriteCluster(text);
-        Play("failover start   # " + text.substr(text.rfind(' ') + 1, text.rfind('\n') - text.rfind(' ') - 1),
-             [] { return Start(StartForm::kPlain); });
+        start(text.substr(text.rfind(' ') + 1, text.rfind('\n') - text.rfind(' ') - 1), text);
     }
-    WriteCluster(Channel("eth1", "192.168.1.3/24"));
-    WriteFile(path_list::local_settings, "HOSTNAME changed\n"); // and its guard not
-    Play("failover start   # settings damaged", [] { return Start(StartForm::kPlain); });
+    const std::string good = Channel("eth1", "192.168.1.3/24");
+    WriteCluster(good);
+    WriteFile(kClusterFile, good + "\n"); // and its guard not
+    for (const char* backup : {"~", ".crg~"})
+        WriteFile(kClusterFile + backup, "");
+    Play("failover start   # an edit was broken off", [] { return Start(StartForm::kPlain); });
+    {
+        const support::Daemon editor = support::HoldLock(kEditLock, true);
+        Play("failover start   # an edit is open", [] { return Start(StartForm::kPlain); });
+    }
+    WriteFile(path_list::local_settings, "HOSTNAME changed\n");
+    start("settings damaged", good);
+    unlink(kProgram);
+    Play("failover stop   # no program", Stop);
     ExpectTranscript("failover/start_stop");
 }
 

@@ -93,6 +93,8 @@ TEST_F(ClusterModeTest, Single) {
     play("quagga stays asleep");
     JoinCluster(2);
     play("active node");
+    unlink("/etc/init.d/vpn-snmpd");
+    play("no vpn-snmpd");
     ExpectTranscript("failover/single_mode");
 }
 
