@@ -27,14 +27,14 @@ constexpr Command kCommands[] = {
      "[<check-type>]",
      "watches a gateway by its address; without a test address it is tested itself; check needs a type",
      [](Text name, Text address, Text test_address, Text check, Text type) {
-         return AddNextHop(name, address, test_address, check, type);
+         return AddNextHop({name, address, test_address, check, type});
      }},
     {"inet dgd next-hop add <new-name> interface", "watches the gateway behind an interface"},
     {"inet dgd next-hop add <new-name> interface <dgd-interface> [test-address <address>] <check|no-check> "
      "[<check-type>]",
      "watches the gateway behind an interface, modem being that of a USB modem; check needs a type",
      [](Text name, Text interface, Text test_address, Text check, Text type) {
-         return AddInterfaceNextHop(name, interface, test_address, check, type);
+         return AddInterfaceNextHop({name, interface, test_address, check, type});
      }},
     {"inet dgd next-hop delete name <next-hop-name>", "removes it, unless a rule refers to it",
      kCall<&DeleteNextHop>},

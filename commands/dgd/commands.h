@@ -1,11 +1,15 @@
 #pragma once
 
+#include "commands/dgd/next_hops.h"
+
 #include <string>
 
 // The `inet dgd` commands. Names are 1 to 63 letters, digits and "-". Each is false when it was refused,
 // cancelled or has failed, which is told on the terminal.
 
 namespace dgd {
+
+using nexthop::NewNextHop;
 
 // "on" starts the dead gateway detection, now and with the appliance; any other word stops it.
 [[nodiscard]] bool SetMode(const std::string& mode);
@@ -17,18 +21,9 @@ namespace dgd {
 [[nodiscard]] bool SetSyslogLevel(long level); // an index, negative for no log
 [[nodiscard]] bool SetDefaults();
 
-// inet dgd next-hop. `check` is "no-check" or the daemon's word, `type` a check type; a test address of ""
-// was left out; the interface "modem" is that of a USB modem.
-[[nodiscard]] bool AddNextHop(const std::string& name, const std::string& address, const std::string& check,
-                              const std::string& type);
-[[nodiscard]] bool AddNextHop(const std::string& name, const std::string& address,
-                              const std::string& test_address, const std::string& check,
-                              const std::string& type);
-[[nodiscard]] bool AddInterfaceNextHop(const std::string& name, const std::string& interface,
-                                       const std::string& check, const std::string& type);
-[[nodiscard]] bool AddInterfaceNextHop(const std::string& name, const std::string& interface,
-                                       const std::string& test_address, const std::string& check,
-                                       const std::string& type);
+// inet dgd next-hop: a gateway by its address, and the one behind an interface.
+[[nodiscard]] bool AddNextHop(const NewNextHop& added);
+[[nodiscard]] bool AddInterfaceNextHop(const NewNextHop& added);
 [[nodiscard]] bool DeleteNextHop(const std::string& name);
 
 // inet dgd rule

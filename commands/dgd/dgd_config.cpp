@@ -46,26 +46,40 @@ bool ConfigSectionHas(const std::string& section, const std::string& word) {
     const auto is_header = [&](const std::string& line) {
         return line.starts_with(section) && (line.size() == section.size() || line[section.size()] == ' ');
     };
-    return vtysh::ReadBlock(vtysh::kDgdd, is_header, lines) &&
+    return vtysh::ReadBlock(vtysh::kDgdd, is_header, lines, vtysh::Failure::kSilent) &&
            (word.empty() || std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
                 return vtysh::HoldsWords(line, word);
             }));
+}
+
+// Keeps what was refused.
+bool DgdConfig::Took(bool done) {
+    has_refused_ = has_refused_ || !done;
+    return done;
+}
+
+bool DgdConfig::Ask(const std::string& question, Lines& lines) {
+    return !has_refused_ && Took(vtysh::Ask(vtysh::kDgdd, question, lines));
+}
+
+// Without the daemon there is the file alone.
+bool DgdConfig::AskConfiguration(Lines& lines) {
+    return running ? Ask("show running-config", lines)
+                   : !has_refused_ && Took(vtysh::AskSaved(vtysh::kDgdd, lines));
 }
 
 bool DgdConfig::Load() {
     enabled = FirstLineIs("/sbin/dgd.sh enabled", "yes");
     running = FirstLineIs("/sbin/dgd.sh status", "running");
     lock_tool::FileLock lock(path_list::settings_lock);
-    if (!vtysh::LockSettings(lock))
+    Lines logging;
+    Lines configuration;
+    if (!Took(vtysh::LockSettings(lock)) || (running && !Ask("show logging", logging)) ||
+        !AskConfiguration(configuration))
         return false;
-    // What can't be asked keeps its value; a daemon's refusal shows at the first change.
-    Lines lines;
-    if (running && vtysh::Ask("/usr/bin/vtysh -d dgdd -c \"show logging\"", lines))
-        TakeLogging(lines);
-    if (vtysh::Ask(running ? "/usr/bin/vtysh -d dgdd -c \"show running-config\""
-                           : "cat /etc/quagga/dgdd.conf",
-                   lines))
-        TakeConfiguration(lines);
+    if (running)
+        TakeLogging(logging);
+    TakeConfiguration(configuration);
     return true;
 }
 
@@ -107,18 +121,15 @@ void DgdConfig::TakeLogging(const Lines& lines) {
     }
 }
 
-// /usr/bin/vtysh -d "dgdd" -c "configure terminal" -c "no dgd-rule r" -c "end" -c "write file"
+// /usr/bin/vtysh -d dgdd -c "configure terminal" -c "no dgd-rule r" -c "end" -c "write file"
 bool DgdConfig::Change(const std::vector<std::string>& parts) {
-    std::string line = "/usr/bin/vtysh -d \"dgdd\" -c \"configure terminal\"";
-    for (const std::string& part : parts)
-        line += " -c \"" + part + "\"";
-    {
-        lock_tool::FileLock lock(path_list::settings_lock);
-        if (!vtysh::LockSettings(lock) || !vtysh::Send(line + " -c \"end\" -c \"write file\""))
-            return false;
-    }
-    (void)Load(); // takes the lock itself; the change stands without it
-    return true;
+    if (has_refused_)
+        return false;
+    lock_tool::FileLock lock(path_list::settings_lock);
+    if (!Took(vtysh::LockSettings(lock) && vtysh::Configure(vtysh::kDgdd, parts)))
+        return false;
+    lock.Release(); // the loading takes it itself
+    return Load();
 }
 
 bool DgdConfig::Set(const std::string& setting) {

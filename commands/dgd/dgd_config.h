@@ -10,7 +10,8 @@
 
 namespace dgd {
 
-inline constexpr const char* kDgddFile = "/etc/quagga/dgdd.conf";
+using nexthop::NewNextHop;
+
 inline constexpr const char* kSyslogLevels[] = {"critical", "errors", "notifications", "informational",
                                                 "debugging"};
 
@@ -19,8 +20,8 @@ inline constexpr const char* kSyslogLevels[] = {"critical", "errors", "notificat
 bool ConfigSectionHas(const std::string& section, const std::string& word);
 
 // A command's mirror of the daemon of the dead gateway detection. A change is one shell line under the
-// settings lock; behind one that succeeded the mirror is loaded again. A refused change prints nothing unless
-// it says so.
+// settings lock; behind one that succeeded the mirror is loaded again. What is refused prints nothing unless
+// it says so, and nothing is sent behind it.
 class DgdConfig {
 public:
     bool enabled = false;   // starts with the appliance
@@ -34,30 +35,33 @@ public:
     std::set<std::string> names; // of configured next hops
     std::map<std::string, std::unique_ptr<nexthop::NextHop>> next_hops;
 
-    // False, with a warning in the log, when the settings lock is not granted.
+    // False when the daemon does not answer, or, with a warning in the log, when the settings lock is not
+    // granted.
     [[nodiscard]] bool Load();
+    // Whether a question or a change was refused. Answers are empty then.
+    bool HasRefused() const { return has_refused_; }
 
     // Settings of the daemon: "dgd wait-timeout 5", "no log syslog".
     [[nodiscard]] bool Set(const std::string& setting);
 
-    // Next hops. In `interface`, "modem" stands for the interface of a USB modem.
-    [[nodiscard]] bool NextHopExists(const std::string& name);
-    // False, told on the terminal, when there is a next hop of that name with other fields.
+    // Next hops. False, told on the terminal, when there is one of that name with other fields.
+    [[nodiscard]] bool CheckNextHopAddr(const NewNextHop& added);
     [[nodiscard]] bool CheckNextHopAddr(const std::string& name, const std::string& address,
                                         const std::string& check, const std::string& type,
-                                        const std::string& test_address);
+                                        const std::string& test_address) {
+        return CheckNextHopAddr({name, address, test_address, check, type});
+    }
+    [[nodiscard]] bool CheckNextHopIface(const NewNextHop& added);
     [[nodiscard]] bool CheckNextHopIface(const std::string& name, const std::string& interface,
                                          const std::string& check, const std::string& type,
-                                         const std::string& test_address);
+                                         const std::string& test_address) {
+        return CheckNextHopIface({name, interface, test_address, check, type});
+    }
+    [[nodiscard]] bool NextHopExists(const std::string& name);
     [[nodiscard]] bool IfaceInUse(const std::string& interface);
-    // `check` is "no-check" or the daemon's word. Without a test address a static next hop is tested itself.
-    // An address in use is told on the terminal.
-    [[nodiscard]] bool AddStatic(const std::string& name, const std::string& address,
-                                 const std::string& test_address, const std::string& check,
-                                 const std::string& type);
-    [[nodiscard]] bool AddDynamic(const std::string& name, const std::string& interface,
-                                  const std::string& test_address, const std::string& check,
-                                  const std::string& type);
+    // Without a test address the next hop is tested itself. An address in use is told on the terminal.
+    [[nodiscard]] bool AddStatic(const NewNextHop& added);
+    [[nodiscard]] bool AddDynamic(const NewNextHop& added);
     // `kind` is "next-hop" or "dyn-next-hop". Refuses, on the terminal, while a rule refers to it.
     [[nodiscard]] bool DeleteNextHop(const std::string& kind, const std::string& name);
     std::string ShowNextHops(const std::string& name); // of all for ""
@@ -71,19 +75,26 @@ public:
     [[nodiscard]] bool AddLogAction(const std::string& rule, unsigned long priority, const std::string& text);
     [[nodiscard]] bool DeleteAction(const std::string& rule, unsigned long priority);
     [[nodiscard]] bool ClearRule(const std::string& rule);
-    std::string ShowRules(const std::string& name) const; // of all for ""
+    std::string ShowRules(const std::string& name); // of all for ""
 
     std::string ShowConfiguration() const;
 
 private:
     using Lines = std::vector<std::string>;
 
+    [[nodiscard]] bool Took(bool done);
+    [[nodiscard]] bool Ask(const std::string& question, Lines& lines);
+    [[nodiscard]] bool AskConfiguration(Lines& lines);
+    [[nodiscard]] bool Change(const std::vector<std::string>& parts);
     void TakeConfiguration(const Lines& lines);
     void TakeLogging(const Lines& lines);
-    [[nodiscard]] bool Change(const std::vector<std::string>& parts);
+    [[nodiscard]] bool CheckAddressUnused(const NewNextHop& added);
+    [[nodiscard]] bool CheckPolicy(const std::string& policy);
     [[nodiscard]] bool RemoveEmptyRule(const std::string& rule);
-    void ListNextHops();
-    const nexthop::NextHop* FindNextHop(const std::string& name);
+    [[nodiscard]] bool ListNextHops();
+    const nexthop::NextHop* FindNextHop(const std::string& name) const;
+
+    bool has_refused_ = false;
 };
 
 } // namespace dgd

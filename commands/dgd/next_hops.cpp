@@ -122,8 +122,8 @@ bool NextHop::IsChecked() const {
            check_type_.find("no check") == std::string::npos;
 }
 
-bool NextHop::HasCheck(const std::string& check, const std::string& type) const {
-    return check == "no-check" ? !IsChecked() : FirstWord(check_type_) == type;
+bool NextHop::HasCheckOf(const NewNextHop& other) const {
+    return other.check == "no-check" ? !IsChecked() : FirstWord(check_type_) == other.type;
 }
 
 bool NextHop::HasTestAddress(const std::string& address) const {

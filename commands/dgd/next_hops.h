@@ -8,6 +8,15 @@ namespace nexthop {
 
 using Lines = std::vector<std::string>;
 
+// A next hop that is to be added.
+struct NewNextHop {
+    std::string name;
+    std::string place;        // its address, or its interface: "modem" is that of a USB modem
+    std::string test_address; // "" when none was given
+    std::string check;        // "no-check" or the daemon's word
+    std::string type;         // of the check, "" without one
+};
+
 // What the daemon knows of one test address.
 struct TestState {
     std::string test_address = "NA";
@@ -34,9 +43,8 @@ public:
 
     const std::string& Name() const { return name_; }
     const std::string& Gateway() const { return gateway_; }
-    // Whether it is checked as the words of the add command say: "no-check", or another word and a check
-    // type.
-    bool HasCheck(const std::string& check, const std::string& type) const;
+    // Whether it is checked as the other is to be.
+    bool HasCheckOf(const NewNextHop& other) const;
     bool HasTestAddress(const std::string& address) const;
 
 protected:

@@ -3,15 +3,12 @@
 #include "commands/arguments/arguments.h"
 #include "commands/dgd/command_frame.h"
 #include "commands/dgd/commands.h"
-#include "platform/console.h"
-
-#include <libintl.h>
+#include "platform/messages.h"
 
 namespace dgd {
 namespace {
 
-constexpr const char* kNotExecuted = "DGD command can not be executed.";
-constexpr const char* kEmptyRule = "DGD can't delete empty rule.";
+constexpr format::Translated kNotExecuted = Tr("DGD command can not be executed.");
 
 std::string Section(const std::string& rule) {
     return "dgd-rule " + rule;
@@ -31,12 +28,13 @@ bool IsEmptyRule(const std::string& rule) {
            !ConfigSectionHas(Section(rule), "action");
 }
 
-// Whether the line to be deleted is there.
-bool CheckLine(const std::string& rule, const std::string& words) {
-    if (ConfigSectionHas(Section(rule), words))
-        return true;
-    (void)Refuse(IsEmptyRule(rule) ? kEmptyRule : kNotExecuted);
-    return false;
+bool HasLine(const std::string& rule, const std::string& words) {
+    return ConfigSectionHas(Section(rule), words);
+}
+
+// The line to be deleted is not there.
+Outcome RefuseMissing(const std::string& rule) {
+    return IsEmptyRule(rule) ? Refused(Tr("DGD can't delete empty rule.")) : Refused(kNotExecuted);
 }
 
 // The frame of a command about one match line.
@@ -84,11 +82,11 @@ bool AddAction(const ActionKind& kind, const std::string& rule, unsigned long pr
                            },
                        .run =
                            [&](DgdConfig& config) {
-                               if (ConfigSectionHas(Section(rule), kind.daemon + value))
-                                   return Refuse("DGD command can not be executed. This action already "
-                                                 "exists in the rule");
-                               if (ConfigSectionHas(Section(rule), ActionWords(priority)))
-                                   return Refuse(kNotExecuted);
+                               if (HasLine(rule, kind.daemon + value))
+                                   return Refused(Tr("DGD command can not be executed. This action already "
+                                                     "exists in the rule"));
+                               if (HasLine(rule, ActionWords(priority)))
+                                   return Refused(kNotExecuted);
                                return Sent((config.*kind.add)(rule, priority, value));
                            }});
 }
@@ -97,14 +95,13 @@ bool AddAction(const ActionKind& kind, const std::string& rule, unsigned long pr
 
 bool AddRuleMatch(const std::string& rule, const std::string& next_hop, const std::string& state) {
     return RunMatch("add", rule, next_hop, state, [&](DgdConfig& config, const std::string& words) {
-        return ConfigSectionHas(Section(rule), words) ? Refuse(kNotExecuted)
-                                                      : Sent(config.AddMatch(rule, next_hop, state));
+        return HasLine(rule, words) ? Refused(kNotExecuted) : Sent(config.AddMatch(rule, next_hop, state));
     });
 }
 
 bool DeleteRuleMatch(const std::string& rule, const std::string& next_hop, const std::string& state) {
     return RunMatch("delete", rule, next_hop, state, [&](DgdConfig& config, const std::string& words) {
-        return CheckLine(rule, words) ? Sent(config.DeleteMatch(rule, next_hop)) : Outcome::kRefused;
+        return HasLine(rule, words) ? Sent(config.DeleteMatch(rule, next_hop)) : RefuseMissing(rule);
     });
 }
 
@@ -122,9 +119,9 @@ bool DeleteRuleAction(const std::string& rule, unsigned long priority) {
                        .check_arguments = [&] { return CheckRuleName(rule); },
                        .run =
                            [&](DgdConfig& config) {
-                               return CheckLine(rule, ActionWords(priority))
+                               return HasLine(rule, ActionWords(priority))
                                           ? Sent(config.DeleteAction(rule, priority))
-                                          : Outcome::kRefused;
+                                          : RefuseMissing(rule);
                            }});
 }
 
@@ -135,20 +132,16 @@ bool ClearRule(const std::string& rule) {
          .run =
              [&](DgdConfig& config) {
                  if (shell_get_user_confirmation(gettext("Do you want to clear this rule?")) == 0) {
-                     shell_print_info(gettext("You have cancelled rule %s clear."), rule.c_str());
+                     PrintInfo(Tr("You have cancelled rule %s clear."), rule);
                      return Outcome::kRefused;
                  }
-                 return ConfigSectionHas(Section(rule), "") ? Sent(config.ClearRule(rule))
-                                                            : Refuse(kNotExecuted);
+                 return HasLine(rule, "") ? Sent(config.ClearRule(rule)) : Refused(kNotExecuted);
              }});
 }
 
 bool ShowRule(const std::string& name) {
     return RunCommand({.log = "command: inet show dgd rule " + (name.empty() ? "all" : name),
-                       .run = [&](DgdConfig& config) {
-                           shell_print_info("%s", config.ShowRules(name).c_str());
-                           return Outcome::kDone;
-                       }});
+                       .run = [&](DgdConfig& config) { return Show(config, config.ShowRules(name)); }});
 }
 
 } // namespace dgd

@@ -3,29 +3,13 @@
 #include "commands/dgd/dgd_config.h"
 #include "commands/dgd/words.h"
 #include "commands/vtysh/daemon.h"
-#include "platform/console.h"
-#include "platform/log.h"
-
-#include <libintl.h>
+#include "platform/messages.h"
 
 namespace dgd {
 namespace {
 
 constexpr std::size_t kRuleLength = 79;
 constexpr const char* kIndent = "      ";
-
-bool CheckPolicy(const std::string& policy) {
-    vtysh::Lines lines;
-    if (!vtysh::Ask("/usr/bin/vtysh -c \"show ip policy " + policy + "\"", lines)) {
-        shell_log_error("Failed dgd command \"show ip policy %s\".", policy.c_str());
-        return false;
-    }
-    if (lines.empty() || !lines.front().starts_with("% No such IP policy"))
-        return true;
-    // The quotation mark has no partner. Kept: it is the message that users know.
-    shell_print_error(gettext("No such IP policy %s\"."), policy.c_str());
-    return false;
-}
 
 // The line as the commands spell it.
 std::string FormatLine(const Words& words) {
@@ -37,6 +21,15 @@ std::string FormatLine(const Words& words) {
 }
 
 } // namespace
+
+bool DgdConfig::CheckPolicy(const std::string& policy) {
+    Lines lines;
+    if (has_refused_ || !Took(vtysh::Ask(vtysh::QuestionLine("show ip policy " + policy), lines)))
+        return RefuseInLog("Failed dgd command \"show ip policy %s\".", policy);
+    // The quotation mark has no partner. Kept: it is the message that users know.
+    return lines.empty() || !lines.front().starts_with("% No such IP policy") ||
+           Refuse(Tr("No such IP policy %s\"."), policy);
+}
 
 bool DgdConfig::AddMatch(const std::string& rule, const std::string& name, const std::string& state) {
     return Change({"dgd-rule " + rule, "match next-hop " + name + " state " + state});
@@ -71,11 +64,10 @@ bool DgdConfig::RemoveEmptyRule(const std::string& rule) {
     return ClearRule(rule);
 }
 
-std::string DgdConfig::ShowRules(const std::string& name) const {
+std::string DgdConfig::ShowRules(const std::string& name) {
     Lines lines;
-    // An answer that fails shows as no rules.
-    (void)vtysh::Ask(
-        running ? "/usr/bin/vtysh -d dgdd -c \"show running-config\"" : "cat /etc/quagga/dgdd.conf", lines);
+    if (!AskConfiguration(lines))
+        return "";
     std::string rules;
     int count = 0;
     bool inside = false;

@@ -2,11 +2,10 @@
 
 #include "commands/dgd/command_frame.h"
 #include "commands/dgd/commands.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/processes.h"
 
 #include <iterator>
-#include <libintl.h>
 
 namespace dgd {
 namespace {
@@ -20,14 +19,14 @@ struct Setting {
     const char* log_end;
     const char* word; // of the daemon
     unsigned long highest;
-    const char* out_of_range;
+    format::Translated out_of_range;
 };
 
-constexpr const char* kOutOf120 = "DGD command failed: value is out of range 1..120.";
+constexpr format::Translated kOutOf120 = Tr("DGD command failed: value is out of range 1..120.");
 constexpr Setting kResponseTime{"response-time ", " ", "wait-timeout", 120, kOutOf120};
 constexpr Setting kIntervalTime{"interval-time ", "", "check-interval", 120, kOutOf120};
 constexpr Setting kRetriesCount{"retries-count ", "", "fail-count", 10,
-                                "DGD command failed: value is out of range 1..10."};
+                                Tr("DGD command failed: value is out of range 1..10.")};
 
 std::string SettingLine(const Setting& setting, unsigned long value) {
     return std::string("dgd ") + setting.word + " " + std::to_string(value);
@@ -42,14 +41,14 @@ bool SetNumber(const Setting& setting, unsigned long value) {
                               std::to_string(value) + setting.log_end,
                        .run = [&](DgdConfig& config) {
                            return value < 1 || value > setting.highest
-                                      ? Refuse(setting.out_of_range)
+                                      ? Refused(setting.out_of_range)
                                       : Sent(config.Set(SettingLine(setting, value)));
                        }});
 }
 
 Outcome SwitchMode(const DgdConfig& config, bool on) {
     if (config.enabled == on) {
-        shell_print_info("%s", on ? gettext("DGD is already enabled.") : gettext("DGD is already disabled."));
+        PrintInfo("%s", on ? gettext("DGD is already enabled.") : gettext("DGD is already disabled."));
         return Outcome::kDone;
     }
     return Sent(BaseExec::run(on ? "/sbin/dgd.sh start" : "/sbin/dgd.sh stop") == 0);
@@ -58,7 +57,7 @@ Outcome SwitchMode(const DgdConfig& config, bool on) {
 // A value that fails leaves those before it set.
 Outcome ResetAll(DgdConfig& config) {
     if (shell_get_user_confirmation(gettext("Are you sure to reset DGD settings to default values?")) == 0) {
-        shell_print_info(gettext("You have cancelled dgd configuration default command."));
+        PrintInfo(Tr("You have cancelled dgd configuration default command."));
         return Outcome::kRefused;
     }
     for (const Setting& setting : {kResponseTime, kIntervalTime, kRetriesCount}) {
@@ -72,7 +71,7 @@ Outcome ResetAll(DgdConfig& config) {
 
 bool SetMode(const std::string& mode) {
     return RunCommand({.log = "command: inet dgd mode " + mode,
-                       .works_disabled = true,
+                       .needs = Needs::kNothing,
                        .run = [&](DgdConfig& config) { return SwitchMode(config, mode == "on"); }});
 }
 
@@ -92,7 +91,7 @@ bool SetSyslogLevel(long level) {
     return RunCommand({.log = "command: inet dgd configuration syslog-level " + std::to_string(level),
                        .run = [&](DgdConfig& config) {
                            return level >= std::ssize(kSyslogLevels)
-                                      ? Refuse("DGD command failed: value is out of range 0..4.")
+                                      ? Refused(Tr("DGD command failed: value is out of range 0..4."))
                                       : Sent(config.Set(SyslogLine(level)));
                        }});
 }
@@ -104,9 +103,7 @@ bool SetDefaults() {
 bool ShowConfiguration() {
     return RunCommand({.log = "command: inet show dgd configuration", .run = [](DgdConfig& config) {
                            const std::string text = config.ShowConfiguration();
-                           shell_print_info("%s", text.empty() ? gettext("DGD configuration is empty.")
-                                                               : text.c_str());
-                           return Outcome::kDone;
+                           return Show(config, text.empty() ? gettext("DGD configuration is empty.") : text);
                        }});
 }
 

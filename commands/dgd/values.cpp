@@ -1,7 +1,6 @@
 #include "commands/dgd/values.h"
 
 #include "commands/arguments/arguments.h"
-#include "commands/dgd/dgd_config.h"
 #include "commands/dgd/words.h"
 #include "commands/vtysh/saved_file.h"
 #include "front/helpers/text.h"
@@ -34,13 +33,13 @@ bool IsLong(const std::string& word, const char* letters) {
 // The second words of the lines with one of these first words.
 ShellWords ListSections(std::initializer_list<const char*> headers) {
     ShellWords words;
-    const bool read = vtysh::ReadSaved(vtysh::kDgdd, [&](const std::string& line) {
+    const auto take = [&](const std::string& line) {
         const dgd::Words parts = dgd::SplitWords(line);
         if (parts.size() > 1 && std::find(headers.begin(), headers.end(), parts[0]) != headers.end())
             words.push_back(parts[1]);
         return true;
-    });
-    return read ? words : ShellWords();
+    };
+    return vtysh::ReadSaved(vtysh::kDgdd, take, vtysh::Failure::kSilent) ? words : ShellWords();
 }
 
 } // namespace

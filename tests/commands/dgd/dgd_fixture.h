@@ -1,44 +1,53 @@
 #pragma once
 
-#include "commands/dgd/dgd_config.h"
-#include "tests/commands/routing/routing_fixture.h"
+#include "tests/support/command_test.h"
 
-namespace dgd {
+#include <string>
+#include <unistd.h>
+#include <vector>
 
-inline const support::LogLine kDone{6, "DGD command done."};
-inline const support::Output kNothing{"", ""};
-inline const char* const kFailed = "DGD command failed.";
-inline const char* const kNotExecuted = "DGD command can not be executed.";
-
-class DgdTest : public RoutingAppliance {
+// An appliance with the working stand-in of the daemon, whose running configuration the transcript watches.
+class DgdTest : public CommandTest {
 protected:
-    using Action = std::function<bool()>;
+    static constexpr const char* kVtysh = "/usr/bin/vtysh";
+    static constexpr const char* kControl = "/sbin/dgd.sh";
+    static constexpr const char* kSaved = "/etc/quagga/dgdd.conf";
 
-    struct Refusal {
-        Action action;
-        std::string error;
-    };
-
-    static void Start() { EXPECT_EQ(support::RunProgram({"/sbin/dgd.sh", "start"}).status, 0); }
-
-    // The stand-in's configuration as it is kept for the next start; the same as the running one.
-    static std::string Saved() {
-        const std::string text = support::ReadFile(kDgddFile);
-        EXPECT_EQ(Show("show running-config", "dgdd"), text);
-        return text;
+    DgdTest() {
+        Run({SOURCE_FOLDER "/reference/routing/install", BUILD_FOLDER});
+        WriteProtected(path_list::common_settings, "");
+        WriteRecord("");
     }
 
-    // The part of it behind the settings.
-    static std::string Sections() {
-        const std::string text = Saved();
-        return text.substr(text.find("!\n", 2) + 2);
+    static void Run(const support::Arguments& arguments) {
+        const support::Result result = support::RunProgram(arguments);
+        EXPECT_EQ(result.status, 0) << result.out << result.err;
+    }
+    void Start() {
+        Run({kControl, "start"});
+        Watch("dgdd", [] {
+            return support::RunProgram({kVtysh, "-d", "dgdd", "-c", "show running-config"}).out;
+        });
+    }
+    // A shell script in the place of a program, which may be a link to where it was built.
+    static void Replace(const char* program, const std::string& script) {
+        EXPECT_EQ(unlink(program), 0);
+        support::WriteFile(program, "#!/bin/sh\n" + script, 0755);
+    }
+    // Lines of a daemon's configuration mode.
+    static void Configure(const std::string& daemon, const support::Arguments& lines) {
+        support::Arguments arguments{kVtysh, "-d", daemon, "-c", "configure terminal"};
+        for (const std::string& line : lines)
+            arguments.insert(arguments.end(), {"-c", line});
+        arguments.insert(arguments.end(), {"-c", "end", "-c", "write file"});
+        Run(arguments);
     }
 
-    static void ExpectRefusals(const std::vector<Refusal>& refusals) {
-        for (const auto& [action, error] : refusals) {
-            EXPECT_EQ(Do(false, action), (support::Output{"", error + "\n"}));
-        }
+    // From now on recorders answer. A command loads once, and once more behind a change.
+    void Record(const std::string& enabled, const std::string& status, const Lines& answers = {}) {
+        for (const char* program : {kVtysh, kControl})
+            support::Record(program);
+        answers_[kControl] = {enabled + "\n", status + "\n", enabled + "\n", status + "\n"};
+        answers_[kVtysh] = answers;
     }
 };
-
-} // namespace dgd

@@ -24,7 +24,7 @@ protected:
 
     void PlayEdit(const std::string& script, const std::string& input = "") {
         Script(script);
-        Play("failover config edit   # " + script, EditConfig, input);
+        Type({"failover config edit   # " + script + (input.empty() ? "" : " < " + input)});
     }
 
     const std::string old_ = ReadFile(kClusterFile);
@@ -36,10 +36,10 @@ TEST_F(ClusterEditTest, Edits) {
     PlayEdit("");
     PlayEdit("truncate -s -1 $1"); // the last newline
     PlayEdit("rm $1");
-    PlayEdit("sed -i s/192.168.1.3/192.168.2.3/ $1", "n\n");
+    PlayEdit("sed -i s/192.168.1.3/192.168.2.3/ $1", "n");
     PlayEdit("sed -i s/192.168.1.3/192.168.2.3/ $1"); // nobody answers
     EXPECT_EQ(support::RunShell("stat -c '%a %u %g' " + kClusterFile).out, "640 7 8\n");
-    PlayEdit("grep -q 192.168.2.3 $1 && to=1.9 || to=2.3; sed -i s/192.168.[12].3/192.168.$to/ $1", "y\n");
+    PlayEdit("grep -q 192.168.2.3 $1 && to=1.9 || to=2.3; sed -i s/192.168.[12].3/192.168.$to/ $1", "y");
     EXPECT_TRUE(IsGuarded());
     {
         const support::Daemon other = support::HoldLock(kEditLock, true);
@@ -50,7 +50,7 @@ TEST_F(ClusterEditTest, Edits) {
                                 " /run/far && ln -s /run/far/failover.ini " + kClusterFile)
                   .status,
               0);
-    PlayEdit("printf '[chan' > $1", "n\n");
+    PlayEdit("printf '[chan' > $1", "n");
     EXPECT_TRUE(IsGuarded());
     EXPECT_EQ(support::RunShell("mv /run/far/failover.ini " + kClusterFile).status, 0);
     PlayEdit("echo >> $1; rm $1.crg; mkdir $1.crg"); // no guard can be written: the backups stay

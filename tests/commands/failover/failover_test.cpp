@@ -1,7 +1,5 @@
-#include "commands/failover/address_check.h"
 #include "commands/failover/backups.h"
 #include "commands/failover/report.h"
-#include "commands/failover/start_stop.h"
 #include "platform/shell_tree.h"
 #include "tests/commands/failover/failover_fixture.h"
 
@@ -16,10 +14,8 @@ using support::WriteFile;
 class ClusterCommandsTest : public FailoverTest {
 protected:
     void PlayControls(const std::string& why = "") {
-        Play("failover start" + why, [] { return Start(StartForm::kPlain); });
-        Play("failover start active" + why, [] { return Start(StartForm::kActive); });
-        Play("failover start passive" + why, [] { return Start(StartForm::kPassive); });
-        Play("failover stop" + why, Stop);
+        for (const char* form : {"start", "start active", "start passive", "stop"})
+            Type({std::string("failover ") + form + why});
     }
 };
 
@@ -32,7 +28,7 @@ TEST_F(ClusterCommandsTest, StartAndStop) {
     }
     const auto start = [&](const std::string& why, const std::string& text) {
         WriteCluster(text);
-        Play("failover start   # " + why, [] { return Start(StartForm::kPlain); });
+        Type({"failover start   # " + why});
     };
     start("one interface with two channels",
           Channel("eth1", "192.168.1.3/24") + Channel("eth1:1", "192.168.1.9/24"));
@@ -56,33 +52,31 @@ TEST_F(ClusterCommandsTest, StartAndStop) {
     WriteFile(kClusterFile, good + "\n"); // and its guard not
     for (const char* backup : {"~", ".crg~"})
         WriteFile(kClusterFile + backup, "");
-    Play("failover start   # an edit was broken off", [] { return Start(StartForm::kPlain); });
+    Type({"failover start   # an edit was broken off"});
     {
         const support::Daemon editor = support::HoldLock(kEditLock, true);
-        Play("failover start   # an edit is open", [] { return Start(StartForm::kPlain); });
+        Type({"failover start   # an edit is open"});
     }
     WriteFile(path_list::local_settings, "HOSTNAME changed\n");
     start("settings damaged", good);
+    WriteFile(kProgram,
+              "#!/bin/sh\nflock -n /run/lock/critops.lock echo nobody holds the lock || echo held\n", 0755);
+    Type({"failover stop   # is the lock held?"});
     unlink(kProgram);
-    Play("failover stop   # no program", Stop);
+    Type({"failover stop   # no program"});
     ExpectTranscript("failover/start_stop");
 }
 
 TEST_F(ClusterCommandsTest, Reports) {
     Record("/sbin/textpager.sh");
-    for (const RouterAction action : {RouterAction::kShowConfig, RouterAction::kIp, RouterAction::kUser,
-                                      RouterAction::kActiveConfig, RouterAction::kPassiveConfig})
-        Play("failover router action", [&] {
-            LogRouterAction(action);
-            return true;
-        });
-    Play("failover show config", ShowConfig);
-    Play("failover show info", ShowInfo);
+    Type({"failover show router-config", "failover config router ip", "failover config router user",
+          "failover config router active-config", "failover config router passive-config",
+          "failover show config", "failover show info"});
     Shell::Get().SetMode(1);
     WriteFile("/run/failoverd.pid", "999999\n"); // of a process that is gone
-    Play("failover show info   # mode 1", ShowInfo);
+    Type({"failover show info   # mode 1"});
     WriteFile("/run/failoverd.pid", std::to_string(getpid()) + "\n");
-    Play("failover show info   # daemon runs", ShowInfo);
+    Type({"failover show info   # daemon runs"});
     ExpectTranscript("failover/reports");
 }
 
@@ -90,30 +84,39 @@ TEST_F(ClusterCommandsTest, CountsConnections) {
     const std::string command = "failover show sync-connections";
     Record("/sbin/conntrackd");
     WriteCluster("#syncconnections = yes\nsyncconnections = yes, no\n");
-    Play(command + "   # switched off", ShowSyncConnections);
+    Type({command + "   # switched off"});
     WriteCluster("syncconnections=YES  # all\n");
     Queue(kSearch, {.status = 1});
-    Play(command + "   # no daemon", ShowSyncConnections);
+    Type({command + "   # no daemon"});
     for (const int state : {2, 1}) {
         JoinCluster(state);
         Queue("/sbin/conntrackd", {.out = "one\ntwo\n"});
-        Play(command + "   # state " + std::to_string(state), ShowSyncConnections);
+        Type({command + "   # state " + std::to_string(state)});
     }
     WriteFile("/usr/bin/wc", "#!/bin/sh\ncat > /dev/null\nexit 1\n", 0755);
-    Play(command + "   # no count", ShowSyncConnections);
+    Type({command + "   # no count"});
     ExpectTranscript("failover/connections");
 }
 
 TEST_F(ClusterCommandsTest, View) {
     const DateTime leap_day = {2024, 2, 29, 7, 8, 9};
-    const DateTime future = {9999, 1, 1};
-    const std::pair<DateTime, DateTime> periods[] = {
-        {leap_day, {2024, 3, 1}},  {leap_day, leap_day},       {{2024, 3, 1}, leap_day},
-        {leap_day, future},        {future, leap_day},         {{2023, 2, 29}, leap_day},
-        {leap_day, {2024, 13, 1}}, {{2024, 1, 257}, leap_day},
+    const std::string day = "29.02.2024-07:08:09";
+    const std::string later = "01.03.2024-00:00:00";
+    const std::string future = "01.01.9999-00:00:00";
+    const std::pair<std::string, std::string> periods[] = {
+        {day, later},
+        {day, day},
+        {later, day},
+        {day, future},
+        {future, day},
+        {"29.02.2023-00:00:00", day},
+        {day, "01.13.2024-00:00:00"},
+        {day, "29.02.2024"},
     };
     for (const auto& [begin, end] : periods)
-        Play("failover view", [from = begin, to = end] { return View(from, to); });
+        Type({"failover view -b " + begin + " -e " + end});
+    // What is no month to the calendar's own small number.
+    Play("failover view   # day 257", [&] { return View({2024, 1, 257}, leap_day); });
     ExpectTranscript("failover/view");
     DateTime parsed;
     EXPECT_TRUE(ParseDateTime("29.02.2024-07:08:09", parsed));
@@ -129,7 +132,7 @@ TEST_F(ClusterCommandsTest, AddressCheck) {
     const std::string one = Channel("eth1", "192.0.2.1/24");
     const auto check = [&](const std::string& why, const std::string& text) {
         WriteCluster(text);
-        Play("address check   # " + why, CheckActiveAddresses);
+        Type({"failover show active-addresses   # " + why});
     };
     check("single mode", one);
     JoinCluster(2);
@@ -153,7 +156,7 @@ TEST_F(ClusterCommandsTest, AddressCheck) {
     Queue(arping, {.out = "ARPING\nUnicast reply from 192.0.2.1 [02:00:00:00:00:01]  0.7ms\n", .status = 1});
     check("one of two answers", Channel("eth1:0  # outer", "192.0.2.1/24") + Channel("eth0", "198.51.100.1"));
     unlink(kClusterFile.c_str());
-    Play("address check   # no file", CheckActiveAddresses);
+    Type({"failover show active-addresses   # no file"});
     ExpectTranscript("failover/address_check");
 }
 

@@ -30,9 +30,7 @@ protected:
         WriteRecord(local);
         WriteProtected(path_list::common_settings, common);
     }
-    void PlayCluster(const std::string& why) {
-        Play("failover config mode cluster   # " + why, EnterClusterMode);
-    }
+    void PlayCluster(const std::string& why) { Type({"failover config mode cluster   # " + why}); }
     // Two answers, one letter each.
     void PlayTyped(const std::string& typed) {
         Queue(kSearch, {.status = 1});
@@ -78,9 +76,7 @@ TEST_F(ClusterModeTest, Single) {
     const char* const quagga = "/etc/init.d/quagga";
     for (const char* program : {quagga, "/etc/init.d/vpn-snmpd"})
         support::Record(program);
-    const auto play = [&](const std::string& why) {
-        Play("failover config mode single   # " + why, EnterSingleMode);
-    };
+    const auto play = [&](const std::string& why) { Type({"failover config mode single   # " + why}); };
     play("already");
     JoinCluster(1);
     Queue(kProgram, {.status = 1});
@@ -93,8 +89,27 @@ TEST_F(ClusterModeTest, Single) {
     play("quagga stays asleep");
     JoinCluster(2);
     play("active node");
+    // Each service by its script.
+    const std::pair<const char*, const char*> services[] = {{"DHCP_RELAY", "isc-dhcp-relay"},
+                                                            {"DHCP_SERVER", "isc-dhcp-server"},
+                                                            {"DNS", "named"},
+                                                            {"HTTPPROXY", "http_proxy.sh"},
+                                                            {"L2TP", "xl2tpd"},
+                                                            {"NTP", "ntp"},
+                                                            {"PPP_SERVER", "pppd-server"},
+                                                            {"SMTP_MODE", "postfix"},
+                                                            {"UPS_MONITOR", "nut-client"},
+                                                            {"WIFI", "hostapd"}};
+    std::string names, flags;
+    for (const auto& [name, script] : services) {
+        support::Record(std::string("/etc/init.d/") + script);
+        names += std::string(name) + "\n";
+        flags += std::string(name) + " on\n";
+    }
+    Services(flags, flags);
+    WriteFile("/etc/single_only", names);
     unlink("/etc/init.d/vpn-snmpd");
-    play("no vpn-snmpd");
+    play("every service, and no vpn-snmpd");
     ExpectTranscript("failover/single_mode");
 }
 

@@ -24,7 +24,8 @@ protected:
         support::Record("/sbin/textpager.sh");
         WriteRecord("ETH0_IP 203.0.113.2 203.0.113.20\nETH0_MASK 255.255.255.0 255.255.255.0\n"
                     "ETH1_IP 192.168.1.1\nETH1.5_VLAN 5\nETH1.5_PARENT ETH1\nETH1.5_IP 192.168.5.1\n"
-                    "ETH2_IP dhcp\nETH3_IP 192.168.3.255\nETH4_IP 192.168.4.1\n");
+                    "ETH2_IP dhcp\nETH3_IP 192.168.3.255\nETH4_IP 192.168.4.1\n"
+                    "ETH1.6_VLAN 6\nETH1.6_PARENT ETH1\nETH1.6_IP dhcp\nETH5_IP 255.1.1.1\n");
         WriteFile(kFile, kComplete);
     }
 
@@ -63,20 +64,28 @@ TEST_F(L2OverIpTest, OptionsGroupIsRead) {
 
 TEST_F(L2OverIpTest, Refusals) {
     support::MakeVeth("ppp0", "eth2");
-    ASSERT_EQ(support::RunShell("ip address add 10.5.0.1/24 dev ppp0 && ip address add 10.6.0.1/24 dev eth2")
-                  .status,
-              0);
+    support::MakeVeth("eth1.6", "v1");
+    ASSERT_EQ(
+        support::RunShell("ip address add 10.5.0.1/24 dev ppp0 && ip address add 10.6.0.1/24 dev eth2 && "
+                          "ip address add 10.7.0.1/24 dev eth1.6")
+            .status,
+        0);
     Type({"l2overip local port 5 10.0.0.1", "l2overip local port 5 10.5.0.1",
           "l2overip local port 5 192.168.1.1", "l2overip local port 5 192.168.5.1",
-          "l2overip local port 5 10.6.0.1", "l2overip local port 5 192.168.3.255",
+          "l2overip local port 5 10.6.0.1", "l2overip local port 5 10.7.0.1", // DHCP on a child VLAN
+          "l2overip local port 5 192.168.3.255", "l2overip local port 5 255.1.1.1",
           "l2overip local port 5 192.168.3", "l2overip local port 2 192.168.4.1",
           "l2overip remote port 1 198.51.100.9", "l2overip remote port 3 203.0.113.2",
           "l2overip remote port 3 198.51.100.0", "l2overip remote port 3 230.1.1.1",
+          "l2overip remote port 3 255.0.0.1", "l2overip remote port 3 240.0.0.1",
           "l2overip remote port 3 198.51.100.7", "l2overip remote port 3 \"198.51.100.7\nmode = switch\""});
     for (const char* device : {"", "device = eth1\n"}) {
         WriteFile(kFile, device + std::string("remote_port = 2, 192.168.4.1\n"));
         Type({"l2overip local port 5 192.168.4.1"});
     }
+    // An address that is broadcast too, and known.
+    WriteFile(kFile, "device = eth1\nremote_port = 2, 192.168.3.255\n");
+    Type({"l2overip local port 5 192.168.3.255", "l2overip remote port 3 192.168.3.255"});
     EXPECT_THROW((void)IsBroadcastLike("10.0.0"), std::system_error);
     Type({"l2overip interface ppp1", "l2overip interface eth1;reboot",
           "l2overip mode \"switch\ndevice = eth0\""});
@@ -90,6 +99,8 @@ TEST_F(L2OverIpTest, Refusals) {
     Type({"l2overip local port 5 203.0.113.20", "l2overip mode switch"});
     JoinCluster(1);
     Type({"l2overip mode switch"});
+    JoinCluster(2);
+    Type({"l2overip mode off"});
     ExpectTranscript("l2overip/refusals");
 }
 
@@ -123,8 +134,10 @@ TEST_F(L2OverIpTest, RunningDriver) {
     Type({"l2overip show mac-address-table", "l2overip show port-table", "l2overip show mac-hash-stats",
           "l2overip show clone-fabric-stats", "l2overip show vswitch-stats", "l2overip show config"});
     Play("l2overip show nothing", [] { return Show("nothing"); });
-    JoinCluster(1);
-    Type({"l2overip show status"});
+    for (const int state : {1, 2}) {
+        JoinCluster(state);
+        Type({"l2overip show status   # state " + std::to_string(state)});
+    }
     support::FillDisk("/mnt/main/etc");
     Type({"l2overip mac-ttl 8"});
     ExpectTranscript("l2overip/running_driver");

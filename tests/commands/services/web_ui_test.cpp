@@ -2,6 +2,7 @@
 #include "tests/support/command_test.h"
 
 #include <stdexcept>
+#include <unistd.h>
 
 namespace {
 
@@ -12,42 +13,39 @@ protected:
     WebUiTest() {
         support::Record(kScript);
         Write("http", "", "", "80");
-    }
-    static std::string Text(const std::string& protocol, const std::string& certificate,
-                            const std::string& key, const std::string& port) {
-        return "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<unit name=\"webui\">\n  <ssl>\n    <protocol>" +
-               protocol + "</protocol>\n    <certificate>" + certificate + "</certificate>\n    <key>" + key +
-               "</key>\n  </ssl>\n  <server>\n    <port>" + port + "</port>\n  </server>\n</unit>\n";
+        Watch("webui", [] { return support::RunShell("cat " + SettingsFile("webui")).out; });
     }
     static void Write(const std::string& protocol, const std::string& certificate, const std::string& key,
                       const std::string& port) {
-        support::WriteFile(SettingsFile("webui"), Text(protocol, certificate, key, port));
+        support::WriteFile(
+            SettingsFile("webui"),
+            "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<unit name=\"webui\">\n  <ssl>\n"
+            "    <protocol>" +
+                protocol + "</protocol>\n    <certificate>" + certificate + "</certificate>\n    <key>" +
+                key + "</key>\n  </ssl>\n  <server>\n    <port>" + port + "</port>\n  </server>\n</unit>\n");
     }
 };
 
-TEST_F(WebUiTest, FieldsAreSetAndRead) {
-    EXPECT_TRUE(WebUiSetHttps(true) && WebUiSetCertificate("a.pem") && WebUiSetKey("a.key") &&
-                WebUiSetPort(8443));
-    EXPECT_EQ(support::ReadFile(SettingsFile("webui")),
-              Text("https", "/mnt/main/etc/cert/a.pem", "/mnt/main/etc/cert/a.key", "8443"));
-    bool https = false;
-    std::string certificate, key;
+TEST_F(WebUiTest, Fields) {
+    Type({"web protocol https", "web certificate file a.pem", "web key file a.key", "web port 8443",
+          "web show", "web protocol http", "web certificate none", "web key none", "web show"});
+    Write("HTTPS", "/etc/own/b.pem", "/old/mnt/main/etc/cert/b.key", "443");
+    Type({"web show"});
+    for (const char* port : {"abc", "99999999999999999999999"}) {
+        Write("https", "", "", port);
+        Type({std::string("web show   # port ") + port});
+    }
     unsigned long port = 0;
-    EXPECT_TRUE(WebUiGetHttps(https) && WebUiGetCertificate(certificate) && WebUiGetKey(key) &&
-                WebUiGetPort(port));
-    EXPECT_TRUE(https);
-    EXPECT_EQ(certificate + " " + key + " " + std::to_string(port), "a.pem a.key 8443");
-
-    EXPECT_TRUE(WebUiSetHttps(false) && WebUiSetCertificate("") && WebUiSetKey(nullptr));
-    EXPECT_TRUE(WebUiGetHttps(https) && WebUiGetCertificate(certificate) && WebUiGetKey(key));
-    EXPECT_EQ(https ? "https" : certificate + key, "");
-    Write("HTTPS", "/etc/own/b.pem", "", "abc");
-    EXPECT_TRUE(WebUiGetHttps(https) && WebUiGetCertificate(certificate));
-    EXPECT_FALSE(https);
-    EXPECT_EQ(certificate, "/etc/own/b.pem");
-    EXPECT_THROW((void)WebUiGetPort(port), std::invalid_argument);
-    Write("", "", "", "99999999999999999999999");
     EXPECT_THROW((void)WebUiGetPort(port), std::out_of_range);
+    Write("https", "", "", "abc");
+    EXPECT_THROW((void)WebUiGetPort(port), std::invalid_argument);
+    EXPECT_TRUE(WebUiSetKey(nullptr));
+    const std::string file = SettingsFile("webui");
+    ASSERT_EQ(support::RunShell("mount --bind " + file + " " + file + " && mount -o remount,bind,ro " + file)
+                  .status,
+              0);
+    Type({"web port 81   # read-only"});
+    ExpectTranscript("services/web_fields");
 }
 
 TEST_F(WebUiTest, QuestionsAndRefusals) {
@@ -60,11 +58,10 @@ TEST_F(WebUiTest, QuestionsAndRefusals) {
     Play("certificate names 10.0.0.1", [] { return is_ip_in_webui_https_cert("10.0.0.1"); });
     Play("certificate names \"\"", [] { return is_ip_in_webui_https_cert(""); });
 
+    support::WriteFile(SettingsFile("webui"), "<unit");
+    Type({"web show", "web port 1"});
     unlink(SettingsFile("webui").c_str());
-    Play("no settings: protocol", [] { return WebUiSetHttps(true); });
-    Play("no settings: certificate", [] { return WebUiSetCertificate("a"); });
-    Play("no settings: key", [] { return WebUiSetKey("a"); });
-    Play("no settings: port", [] { return WebUiSetPort(1); });
+    Type({"web protocol https", "web certificate file a", "web key file a", "web port 1", "web show"});
     Play("no settings: certificate names 10.0.0.1", [] { return is_ip_in_webui_https_cert("10.0.0.1"); });
     ExpectTranscript("services/web_ui");
 }
