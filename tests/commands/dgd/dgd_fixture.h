@@ -6,7 +6,8 @@
 #include <unistd.h>
 #include <vector>
 
-// An appliance with the working stand-in of the daemon, whose running configuration the transcript watches.
+// An appliance with the stand-in's terminal, whose running configuration the transcript watches, and a daemon
+// that lives and finds nothing.
 class DgdTest : public CommandTest {
 protected:
     static constexpr const char* kVtysh = "/usr/bin/vtysh";
@@ -15,6 +16,8 @@ protected:
 
     DgdTest() {
         Run({SOURCE_FOLDER "/reference/routing/install", BUILD_FOLDER});
+        Replace("/usr/sbin/dgdd", "exec 9>> /run/quagga/dgdd.pid; flock 9; trap '' HUP\n"
+                                  "sleep 1000 > /dev/null 2>&1 & echo $! > /run/quagga/dgdd.pid\n");
         WriteProtected(path_list::common_settings, "");
         WriteRecord("");
     }
