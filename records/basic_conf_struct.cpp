@@ -4,6 +4,7 @@
 #include "platform/guards.h"
 #include "platform/messages.h"
 #include "platform/path_list.h"
+#include "records/cluster_edit.h"
 
 #include <algorithm>
 #include <boost/algorithm/string/join.hpp>
@@ -75,6 +76,8 @@ bool BasicConfStruct::IsSetWhole() {
         if (CheckGuardFile((*file + kGuardSuffix).c_str(), file->c_str(), nullptr))
             continue;
         obstacle = *file + gettext(" does not match its guard");
+        if (file == &path_list::failover_settings)
+            obstacle += DescribeClusterEdit();
         return false;
     }
     return true;

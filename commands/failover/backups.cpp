@@ -2,9 +2,9 @@
 
 #include "front/helpers/descriptor.h"
 #include "platform/guards.h"
-#include "platform/locks.h"
 #include "platform/messages.h"
 #include "platform/path_list.h"
+#include "records/cluster_edit.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -18,15 +18,11 @@
 namespace failover {
 namespace {
 
+using corvanshell::ClusterBackupOf;
+using corvanshell::ClusterFiles;
+using corvanshell::HasClusterBackups;
+
 constexpr std::size_t kBlock = 64 * 1024;
-
-std::vector<std::string> Files() {
-    return {path_list::failover_settings, path_list::failover_settings + ".crg"};
-}
-
-std::string BackupOf(const std::string& file) {
-    return file + "~";
-}
 
 // With errno's reason.
 bool RefuseCopy(const std::string& path) {
@@ -96,12 +92,9 @@ std::string TargetOf(const std::string& file) {
 
 // Whether an earlier edit was killed: its backups are the last text that had a guard.
 bool IsEditBrokenOff() {
-    for (const std::string& file : Files()) {
-        if (access(BackupOf(file).c_str(), F_OK) != 0)
-            return false;
-    }
     const std::string& file = path_list::failover_settings;
-    return !corvanshell::CheckGuardFile((file + ".crg").c_str(), file.c_str(), nullptr);
+    return HasClusterBackups() &&
+           !corvanshell::CheckGuardFile((file + ".crg").c_str(), file.c_str(), nullptr);
 }
 
 bool PutBack(const std::string& backup, const std::string& target) {
@@ -120,8 +113,8 @@ bool PutBack(const std::string& backup, const std::string& target) {
 bool Backups::Make() const {
     if (IsEditBrokenOff())
         return true;
-    for (const std::string& file : Files()) {
-        if (!CopyFile(file, BackupOf(file))) {
+    for (const std::string& file : ClusterFiles()) {
+        if (!CopyFile(file, ClusterBackupOf(file))) {
             Remove();
             return false;
         }
@@ -131,31 +124,20 @@ bool Backups::Make() const {
 
 bool Backups::Restore() const {
     bool done = true;
-    for (const std::string& file : Files())
-        done = PutBack(BackupOf(file), TargetOf(file)) && done;
+    for (const std::string& file : ClusterFiles())
+        done = PutBack(ClusterBackupOf(file), TargetOf(file)) && done;
     return done;
 }
 
 void Backups::Remove() const {
-    for (const std::string& file : Files()) {
+    for (const std::string& file : ClusterFiles()) {
         if (access(file.c_str(), F_OK) == 0)
-            (void)unlink(BackupOf(file).c_str());
+            (void)unlink(ClusterBackupOf(file).c_str());
     }
 }
 
 std::string Backups::TextFile() const {
-    return BackupOf(path_list::failover_settings);
-}
-
-void TellUnfinishedEdit() {
-    lock_tool::FileLock lock(kEditLock);
-    if (access(kEditLock, F_OK) == 0 && !lock.AcquireShared(0, false))
-        PrintError(Tr("%s is being edited: please try again when the edit is done"),
-                   path_list::failover_settings);
-    else if (IsEditBrokenOff())
-        PrintError(Tr("%s does not match its guard because an edit was broken off: \"failover config edit\" "
-                      "ends it"),
-                   path_list::failover_settings);
+    return ClusterBackupOf(path_list::failover_settings);
 }
 
 } // namespace failover

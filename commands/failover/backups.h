@@ -6,9 +6,6 @@
 
 namespace failover {
 
-// One edit at a time. The lock is in a folder that is root's alone.
-inline constexpr const char* kEditLock = "/run/failover-edit.lock";
-
 class Backups {
 public:
     // Makes both anew, with the files' modes and owners. Those of an edit that was killed stay as they are,
@@ -23,9 +20,5 @@ public:
     // The file's text before it was edited.
     std::string TextFile() const;
 };
-
-// Tells the way out to an administrator whose settings can't be read because of an edit: one that stands
-// open, or one that was killed and has left the file at odds with its guard, and its backups.
-void TellUnfinishedEdit();
 
 } // namespace failover

@@ -9,6 +9,7 @@
 #include "platform/messages.h"
 #include "platform/path_list.h"
 #include "platform/processes.h"
+#include "records/cluster_edit.h"
 #include "records/conf_struct.h"
 
 #include <cerrno>
@@ -98,7 +99,7 @@ bool EditGuarded() {
 
 bool EditConfig() {
     LogInfo("command failover config edit");
-    lock_tool::FileLock lock(kEditLock);
+    lock_tool::FileLock lock(corvanshell::kClusterEditLock);
     return lock.AcquireExclusive(0, false)
                ? EditGuarded()
                : Refuse(Tr("%s is being edited already"), path_list::failover_settings);

@@ -1,6 +1,5 @@
 #include "commands/failover/mode.h"
 
-#include "commands/failover/backups.h"
 #include "commands/failover/services.h"
 #include "front/probes/cluster.h"
 #include "front/probes/system.h"
@@ -42,21 +41,16 @@ void ChangeShell(Mode mode) {
     Shell::Get().RebuildTree();
 }
 
-// The settings can't be read, so that nobody would know what is enabled.
-bool RefuseUnread() {
-    TellUnfinishedEdit();
-    return Refuse(Tr("failed to read network settings, nothing is changed"));
-}
-
 bool AreSettingsReady() {
     const corvanshell::CConfStruct local(path_list::local_settings, true);
-    if (!local.IsWhole())
-        return RefuseUnread();
+    const corvanshell::CommonConfStruct common;
+    if (!local.CheckRead() || !common.CheckRead()) // nobody would know what is enabled
+        return false;
     if (local.GetFlag("WIFI")) {
         PrintError(Tr("WiFi service is in use."));
         return Refuse(Tr("In the cluster mode the WiFi service should be disabled."));
     }
-    if (corvanshell::CommonConfStruct().GetFlag("DHCP_SERVER")) {
+    if (common.GetFlag("DHCP_SERVER")) {
         PrintError(Tr("The DHCP server has been configured to start automatically."));
         return Refuse(Tr("In the cluster mode the DHCP server should be disabled"));
     }
@@ -70,7 +64,9 @@ bool AreServicesStopped() {
     }
     if (IsServiceRunning("/sbin/failoverd"))
         return Refuse(Tr("Failover daemon is running. Stop it before switching to the cluster mode."));
-    const std::set<std::string> enabled = ListEnabledServices();
+    std::set<std::string> enabled;
+    if (!ListEnabledServices(enabled))
+        return false;
     if (enabled.empty())
         return true;
     PrintError(
@@ -117,11 +113,15 @@ void StopForbiddenServices() {
     }
 }
 
-void StartEnabledServices() {
-    for (const std::string& name : ListEnabledServices()) {
+bool StartEnabledServices() {
+    std::set<std::string> enabled;
+    if (!ListEnabledServices(enabled))
+        return false;
+    for (const std::string& name : enabled) {
         PrintInfo(Tr("Switching to single mode. Attempt to start the following service: %s"), name);
         StartService(name);
     }
+    return true;
 }
 
 } // namespace
@@ -136,8 +136,7 @@ bool EnterSingleMode() {
     if (!SwitchMode(kLeave))
         return false;
     ChangeShell(kSingle);
-    StartEnabledServices();
-    bool done = true;
+    bool done = StartEnabledServices();
     if (wants_quagga && shell_spawn_quiet(kQuagga, "start", nullptr) != 0)
         done = Refuse(Tr("failed to start quagga"));
     if (shell_spawn(kSnmp, "restart", nullptr) == kNotStarted) // any other failure it tells itself

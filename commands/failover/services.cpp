@@ -58,14 +58,16 @@ std::set<std::string> ListForbiddenServices() {
     return restrictions.single_only;
 }
 
-std::set<std::string> ListEnabledServices() {
+bool ListEnabledServices(std::set<std::string>& enabled) {
     const corvanshell::CConfStruct local(path_list::local_settings, true);
     const corvanshell::CommonConfStruct common;
-    std::set<std::string> services = ListForbiddenServices();
-    std::erase_if(services, [&](const std::string& name) {
+    if (!local.CheckRead() || !common.CheckRead())
+        return false;
+    enabled = ListForbiddenServices();
+    std::erase_if(enabled, [&](const std::string& name) {
         return !local.GetFlag(name.c_str()) && !common.GetFlag(name.c_str());
     });
-    return services;
+    return true;
 }
 
 void StartService(const std::string& name) {

@@ -55,11 +55,6 @@ bool Edit(const std::string& prefix, const Change& change, bool configure = fals
     return End(prefix, done ? Ok() : Failed());
 }
 
-// A record that was not read says nothing of the interfaces.
-Outcome Unread() {
-    return Failed(gettext("failed to read network settings"));
-}
-
 bool Holds(const InterfaceEntry& entry, const std::string& address) {
     return entry.address == address || std::find(entry.alias_addresses.begin(), entry.alias_addresses.end(),
                                                  address) != entry.alias_addresses.end();
@@ -94,8 +89,8 @@ std::string FindHolder(const CConfStruct& record, const std::string& address) {
 
 Outcome CheckLocalAddress(const L2OverIpConfig& config, const std::string& address) {
     const CConfStruct record(path_list::local_settings, true);
-    if (!record.IsWhole())
-        return Unread();
+    if (!record.CheckRead()) // it would say nothing of the interfaces
+        return Failed();
     const std::string holder = FindHolder(record, address);
     if (holder.empty())
         return Refused(Tr(": specified address is not assigned to a local interface"));
@@ -174,8 +169,8 @@ Outcome SetNewMode(L2OverIpConfig& config, const std::string& value) {
     if (!L2OverIpCheck(config))
         return Failed();
     const CConfStruct record(path_list::local_settings, true);
-    if (!record.IsWhole())
-        return Unread();
+    if (!record.CheckRead())
+        return Failed();
     InterfaceEntry entry;
     if (record.FindInterface(config.device, entry))
         return Ok();

@@ -1,6 +1,6 @@
-#include "commands/failover/backups.h"
 #include "commands/failover/edit.h"
 #include "commands/failover/line_changes.h"
+#include "records/cluster_edit.h"
 #include "tests/commands/failover/failover_fixture.h"
 
 #include <csignal>
@@ -42,7 +42,7 @@ TEST_F(ClusterEditTest, Edits) {
     PlayEdit("grep -q 192.168.2.3 $1 && to=1.9 || to=2.3; sed -i s/192.168.[12].3/192.168.$to/ $1", "y");
     EXPECT_TRUE(IsGuarded());
     {
-        const support::Daemon other = support::HoldLock(kEditLock, true);
+        const support::Daemon other = support::HoldLock(corvanshell::kClusterEditLock, true);
         PlayEdit("rm $1   # while another edit is open");
     }
     // The file may be a link to another file system.

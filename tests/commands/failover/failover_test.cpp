@@ -1,6 +1,6 @@
-#include "commands/failover/backups.h"
 #include "commands/failover/report.h"
 #include "platform/shell_tree.h"
+#include "records/cluster_edit.h"
 #include "tests/commands/failover/failover_fixture.h"
 
 namespace failover {
@@ -54,7 +54,7 @@ TEST_F(ClusterCommandsTest, StartAndStop) {
         WriteFile(kClusterFile + backup, "");
     Type({"failover start   # an edit was broken off"});
     {
-        const support::Daemon editor = support::HoldLock(kEditLock, true);
+        const support::Daemon editor = support::HoldLock(corvanshell::kClusterEditLock, true);
         Type({"failover start   # an edit is open"});
     }
     WriteFile(path_list::local_settings, "HOSTNAME changed\n");

@@ -110,6 +110,8 @@ TEST_F(ClusterModeTest, Single) {
     WriteFile("/etc/single_only", names);
     unlink("/etc/init.d/vpn-snmpd");
     play("every service, and no vpn-snmpd");
+    WriteFile(path_list::local_settings, "WIFI on\n"); // against its guard
+    play("settings damaged");
     ExpectTranscript("failover/single_mode");
 }
 
