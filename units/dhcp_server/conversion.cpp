@@ -100,12 +100,12 @@ bool RemoveSettings() {
            Refuse("DHCP server: %s: failed to remove settings file: %s", path, std::strerror(errno));
 }
 
-Source ReadSource(const OldSettings& settings) {
-    Source source;
+// False for a network record that can't be read.
+bool ReadSource(const OldSettings& settings, Source& source) {
     source.lease = FirstValue(settings, "lease");
     source.interface = FirstValue(settings, "interface");
     if (source.interface.empty())
-        return source;
+        return true;
     // An interface that the record doesn't know has neither address nor mask.
     const corvanshell::CConfStruct record(path_list::local_settings, false);
     static_cast<void>(record.FindInterface(source.interface, source.entry));
@@ -116,7 +116,7 @@ Source ReadSource(const OldSettings& settings) {
     source.mask = FirstValue(settings, "subnet");
     for (const ListRow& row : kLists)
         source.lists.emplace_back(row.option, AllValues(settings, row.old_key));
-    return source;
+    return record.CheckRead();
 }
 
 // Every text that goes into the new settings, looked at before the old ones go: they are not lost to a word
@@ -176,9 +176,10 @@ bool ConvertUdhcpdSettings(const std::string& path) {
     if (!ReadOldSettings(path, settings))
         return false;
     SwitchToTree(path);
-    const Source source = ReadSource(settings);
+    Source source;
     File file(kDhcpServerUnit, "");
-    if (!CheckTexts(source) || !RemoveSettings() || !file.Load() || !AddLeaseTimes(file.Root(), source))
+    if (!ReadSource(settings, source) || !CheckTexts(source) || !RemoveSettings() || !file.Load() ||
+        !AddLeaseTimes(file.Root(), source))
         return false;
     if (source.interface.empty())
         return true;

@@ -54,7 +54,7 @@ bool AddHost(const Host& host, const Subnet& subnet, const std::string& mac, con
 
 bool EraseHost(const Host& host) {
     return EditUnit([&](File& file) {
-        TreeWriter writer(file, stdout, false);
+        TreeWriter writer(file, stdout);
         if (!WriteHostBlock(writer, FirstIn(host, file)) ||
             !ConfirmRemoval("Host with these settings will be removed completely, are you sure?"))
             return false;

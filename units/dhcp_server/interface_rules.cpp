@@ -62,6 +62,8 @@ bool UpdateServiceOption(const LocalSubnet& subnet, const File& file, const char
 
 bool UpdateServiceOptions(const LocalSubnet& subnet, const File& file, const std::string& address) {
     const corvanshell::CommonConfStruct common;
+    if (!common.CheckRead())
+        return false;
     const struct {
         const char* name;
         bool enabled;
@@ -128,6 +130,8 @@ bool CheckServed(const CConfStruct& record, const FindRelay& find_relay, const s
 bool CheckInterfaceUsable(const CConfStruct& record, const std::string& interface, const char* label,
                           bool strict) {
     InterfaceEntry entry;
+    if (!record.CheckRead())
+        return false;
     if (!record.FindInterface(interface, entry))
         return Report(strict, "DHCP server: %s: unconfigured %s is unsupported", interface, label);
     if (entry.interface_class != "access")
@@ -210,12 +214,17 @@ bool CheckDhcpServerInterfaceChange(const CConfStruct& record, const std::string
         return true;
     if (IsDhcpServerRunning())
         return Refuse("DHCP server is running and the interface %s is in use", interface);
-    const bool autostart = corvanshell::CommonConfStruct().GetFlag("DHCP_SERVER");
+    const corvanshell::CommonConfStruct common;
+    if (!common.CheckRead())
+        return false;
+    const bool autostart = common.GetFlag("DHCP_SERVER");
     LogInfo("DHCP server autostart is %s ", autostart ? "on" : "off");
     if (going_down)
         return MayGoDown(interface, autostart);
     if (new_class != "access")
         return MaySetClass(interface, new_class, autostart);
+    if (!record.CheckRead())
+        return false;
     if (!CheckInterfaceUsable(record, interface, kListenInterface, autostart))
         return !autostart;
     if (new_address == kUnchanged)

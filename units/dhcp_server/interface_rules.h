@@ -17,7 +17,7 @@ namespace settings::dhcp_server {
 // Whether the server may use the interface: no DHCP relay listens on it, and it is an access interface with
 // a static address that is up. The label is "listen interface" or "relay interface". A fault is reported as
 // an error when `strict`, else as a warning, and fails in both cases. Each rule of this page has a form for a
-// network record that is read already.
+// network record that is open already; one that was not read is an error always.
 [[nodiscard]] bool CheckServedInterface(const std::string& interface, bool is_listen, bool strict);
 [[nodiscard]] bool CheckServedInterface(const corvanshell::CConfStruct& record, const std::string& interface,
                                         bool is_listen, bool strict);

@@ -23,17 +23,17 @@ constexpr const char* kTitle = "DHCP server";
 
 bool WriteReport(Report& report) {
     File file(kDhcpServerUnit, "");
-    if (!file.Load() || !report.Open())
+    const corvanshell::CommonConfStruct common;
+    if (!file.Load() || !common.CheckRead() || !report.Open())
         return false;
     std::FILE* out = report.Out();
-    const bool autostart = corvanshell::CommonConfStruct().GetFlag("DHCP_SERVER");
-    std::fprintf(out, "DHCP server autostart is %s\n", autostart ? "on" : "off");
+    std::fprintf(out, "DHCP server autostart is %s\n", common.GetFlag("DHCP_SERVER") ? "on" : "off");
     std::fprintf(out, "DHCP server is %s\n", IsDhcpServerRunning() ? "started" : "stopped");
     std::fprintf(out, "DHCP server interfaces");
     for (const std::string& interface : CollectValues(file, "child::subnet/interface[@type = 'listen']"))
         std::fprintf(out, " %s", interface.c_str());
     std::fprintf(out, "\nDHCP server configuration:\n");
-    TreeWriter writer(file, out, false);
+    TreeWriter writer(file, out);
     const bool written = WriteTree(writer, Area());
     return report.Sync() && written;
 }

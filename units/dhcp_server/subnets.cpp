@@ -48,7 +48,7 @@ bool AddManagedList(Node subnet, const char* name, const std::string& address) {
 
 bool AddServices(Node subnet, const std::string& address) {
     const corvanshell::CommonConfStruct common;
-    return AddManagedList(subnet, "routers", address) &&
+    return common.CheckRead() && AddManagedList(subnet, "routers", address) &&
            (!common.GetFlag("NTP") || AddManagedList(subnet, "ntp-servers", address)) &&
            (!common.GetFlag("DNS") || AddManagedList(subnet, "domain-name-servers", address));
 }
@@ -62,7 +62,7 @@ bool AddServedSubnet(const LocalSubnet& subnet, const File& file) {
     const std::string& interface = subnet.Name();
     const corvanshell::CConfStruct record(path_list::local_settings, true);
     corvanshell::InterfaceEntry entry;
-    if (!record.FindInterface(interface, entry))
+    if (!CheckServedInterface(record, interface, true, true) || !record.FindInterface(interface, entry))
         return false;
     const std::int64_t address = ParseAddress(entry.address, interface, "interface address");
     const std::int64_t mask = ParseAddress(entry.netmask, interface, "interface netmask");
@@ -120,7 +120,7 @@ bool Remove(const Subnet& subnet, const File& file) {
     Node node = subnet.GetNode(file);
     if (!node)
         return false;
-    TreeWriter writer(file, stdout, false);
+    TreeWriter writer(file, stdout);
     return WriteTree(writer, subnet) &&
            ConfirmRemoval("Subnet with these settings will be removed completely, are you sure?") &&
            node.Remove();
@@ -147,10 +147,8 @@ Node CreateSubnet(const Area& area, const File& file, const std::string& address
 }
 
 bool AddListenInterface(const LocalSubnet& subnet) {
-    return EditUnit([&](File& file) {
-        return CheckInterfaceFree(subnet, file) && CheckServedInterface(subnet.Name(), true, true) &&
-               AddServedSubnet(subnet, file);
-    });
+    return EditUnit(
+        [&](File& file) { return CheckInterfaceFree(subnet, file) && AddServedSubnet(subnet, file); });
 }
 
 bool AddRelayInterface(const RemoteSubnet& subnet, const std::string& interface) {
@@ -210,7 +208,8 @@ bool RemoveRange(const Subnet& subnet, const std::string& from, const std::strin
 
 bool CheckDhcpServerSettings() {
     File file(kDhcpServerUnit, "");
-    return file.Load() && GenerateDaemonSettings(file, nullptr, Area());
+    TreeWriter writer(file);
+    return file.Load() && GenerateDaemonSettings(writer, nullptr, Area());
 }
 
 } // namespace settings::dhcp_server

@@ -10,20 +10,22 @@ namespace settings::dhcp_server {
 
 // The state of one walk over the settings, which checks them, writes the daemon's settings, or prints them.
 struct TreeWriter {
-    TreeWriter(const File& settings, std::FILE* output, bool for_daemon)
-        : file(settings), out(output), daemon_form(for_daemon), memory(settings) {}
+    explicit TreeWriter(const File& settings, std::FILE* output = nullptr)
+        : file(settings), out(output), memory(settings) {}
 
     const File& file;
-    std::FILE* out;   // null: nothing is written, and all checks run
-    bool daemon_form; // the daemon's settings or a check; otherwise the form that an administrator reads
-    int depth = 0;    // level of indentation
+    std::FILE* out; // null: nothing is written, and all checks run
+    // The daemon's settings or a check; otherwise the form that an administrator reads.
+    bool daemon_form = false;
+    int depth = 0;             // level of indentation
     bool write_failed = false; // reported already
     WalkMemory memory;
 };
 
 // Checks the area, and writes its part of the daemon's settings to `out` unless that is null. Reports every
-// fault and is false when there was one; what could be written is written all the same.
-[[nodiscard]] bool GenerateDaemonSettings(const File& file, std::FILE* out, const Area& area);
+// fault and is false when there was one; what could be written is written all the same. A network record that
+// was not read is the one fault that leaves nothing to check.
+[[nodiscard]] bool GenerateDaemonSettings(TreeWriter& writer, std::FILE* out, const Area& area);
 
 // Writes one host with its head, in the form that an administrator reads; nothing for a null node.
 [[nodiscard]] bool WriteHostBlock(TreeWriter& writer, Node host);

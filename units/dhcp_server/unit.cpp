@@ -35,15 +35,20 @@ bool WriteExtraSettings(const File& file) {
 }
 
 bool WriteDaemonFiles(const File& file) {
+    TreeWriter writer(file);
+    // Asked before the daemon's file is opened anew: a record that is locked for a moment empties nothing.
+    if (!writer.memory.NetworkRecord().CheckRead())
+        return false;
     const Stream out(std::fopen(kDaemonSettings, "we"));
     if (out == nullptr)
         return Refuse("DHCP server: %s: failed to open settings file: %s", kDaemonSettings,
                       std::strerror(errno));
-    return GenerateDaemonSettings(file, out.get(), Area()) && WriteExtraSettings(file);
+    return GenerateDaemonSettings(writer, out.get(), Area()) && WriteExtraSettings(file);
 }
 
 bool Check(File& file, const std::string& /*value*/) {
-    return GenerateDaemonSettings(file, nullptr, Area());
+    TreeWriter writer(file);
+    return GenerateDaemonSettings(writer, nullptr, Area());
 }
 
 bool Update(File& file, const std::string& interface) {

@@ -1,5 +1,6 @@
 #include "tests/units/dhcp_server/server_fixture.h"
 #include "units/dhcp_server/interface_rules.h"
+#include "units/dhcp_server/subnets.h"
 
 #include <gmock/gmock.h>
 #include <unistd.h>
@@ -177,6 +178,32 @@ TEST_F(DhcpServerUnitTest, ServedInterfacesMustBeUsable) {
     // The relay interface of a remote subnet may be a relay's.
     EXPECT_EQ(Faults(Subnet1("") + Subnet2("") + Remote("10.20.0.0", "eth2")),
               "DHCP server: eth2: listen interface is used by DHCP relay 7\n");
+}
+
+// No interface is unconfigured and no service off because a record was not read.
+TEST_F(DhcpServerUnitTest, UnreadRecordsAreToldAndChangeNothing) {
+    WriteSettings(Subnet1("<option name='ntp-servers' auto='yes'><address>192.168.1.1</address></option>"));
+    support::WriteFile(kConf, "old");
+    WriteRecord(kCommon, "DHCP_SERVER on\nNTP on\n");
+    support::WriteFile(kCommon, "NTP on\n"); // behind the system's back
+    const std::string fault =
+        ": failed to read settings: " + std::string(kCommon) + " does not match its guard\n";
+    const auto before = support::TakeSnapshot();
+    for (const char* query : {"", "?check", "?update=eth1"}) {
+        const support::Result result = ConfTool({"-a", std::string("dhcp-server") + query});
+        EXPECT_EQ(result.status, 1) << query;
+        EXPECT_EQ(result.err, kLocal + fault) << query;
+    }
+    EXPECT_EQ(ConfTool({"-a", "dhcp-server?print"}).err, kCommon + fault);
+    EXPECT_EQ(Capture([] { EXPECT_FALSE(AddListenInterface(LocalSubnet("eth2"))); }).err, kLocal + fault);
+    for (const bool going_down : {true, false}) {
+        EXPECT_EQ(Capture([&] {
+                      EXPECT_FALSE(
+                          CheckDhcpServerInterfaceChange("eth1", going_down, "access", "0.0.0.0", ""));
+                  }).err,
+                  kCommon + fault);
+    }
+    support::ExpectUnchanged(before);
 }
 
 TEST_F(DhcpServerUnitTest, OddSettingsNeverCrash) {
