@@ -26,24 +26,26 @@ bool Read(const std::string& path, Lines& lines) {
     return ReadLines(path, lines) || Refuse(Tr("%s: failed to open file: %s"), path, std::strerror(errno));
 }
 
-// False when there is no editor, or a signal has ended it.
-bool OpenEditor() {
+// The editor's exit status. That there is none is told.
+int OpenEditor() {
     const int status = shell_spawn(kEditor, "-w", path_list::failover_settings.c_str(), nullptr);
     if (status == kNotStarted)
-        return Refuse(Tr("failed to run %s"), kEditor);
-    return !EditSignals::HaveCome();
+        PrintError(Tr("failed to run %s"), kEditor);
+    return status;
 }
 
 // Has the file edited until it is valid or given up. `record` is from before the edit.
 Outcome RunEditor(const Backups& backups, const corvanshell::CConfStruct& record, Lines& changes) {
     for (;;) {
+        const int status = OpenEditor();
         Lines before;
         Lines after;
-        if (!OpenEditor() || !Read(backups.TextFile(), before) || !Read(path_list::failover_settings, after))
+        if (EditSignals::HaveCome() || !Read(backups.TextFile(), before) ||
+            !Read(path_list::failover_settings, after))
             return Outcome::kFailed;
         changes = FindChanges(before, after);
         if (changes.empty())
-            return Outcome::kUnchanged;
+            return status == 0 ? Outcome::kUnchanged : Outcome::kFailed;
         if (!record.IsWhole()) // the file may not have matched its guard before, and the edit gives it one
             PrintWarning(Tr("failed to read network settings, the addresses are not compared with them"));
         if (ValidateFailoverAddresses(record))

@@ -114,7 +114,8 @@ bool View(const DateTime& begin, const DateTime& end) {
         return Refuse(Tr("Specified date/time is in the future."));
     if (begin >= end)
         return Refuse(Tr("Begin time must be earlier than an end time."));
-    return shell_spawn(kProgram, "view", "-b", from.c_str(), "-e", to.c_str(), nullptr) == 0;
+    const int status = shell_spawn(kProgram, "view", "-b", from.c_str(), "-e", to.c_str(), nullptr);
+    return status == kNotStarted ? Refuse(Tr("failed to run %s"), kProgram) : status == 0;
 }
 
 } // namespace failover

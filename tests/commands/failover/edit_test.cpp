@@ -60,6 +60,7 @@ TEST_F(ClusterEditTest, Edits) {
     ASSERT_EQ(rename(kClusterFile.c_str(), kBackup.c_str()), 0);
     PlayEdit("echo edited > $1");
     WriteCluster(old_);
+    PlayEdit("exit 1   # without an editor of its own");
     ASSERT_EQ(unlink("/usr/bin/rnano"), 0);
     PlayEdit("# no editor");
     ExpectTranscript("failover/edits");

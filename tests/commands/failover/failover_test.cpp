@@ -63,7 +63,8 @@ TEST_F(ClusterCommandsTest, StartAndStop) {
               "#!/bin/sh\nflock -n /run/lock/critops.lock echo nobody holds the lock || echo held\n", 0755);
     Type({"failover stop   # is the lock held?"});
     unlink(kProgram);
-    Type({"failover stop   # no program"});
+    Type({"failover stop   # no program",
+          "failover view -b 29.02.2024-07:08:09 -e 01.03.2024-00:00:00   # no program"});
     ExpectTranscript("failover/start_stop");
 }
 
