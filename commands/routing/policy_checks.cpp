@@ -3,6 +3,7 @@
 #include "commands/arguments/arguments.h"
 #include "commands/routing/tables.h"
 #include "commands/vtysh/saved_file.h"
+#include "front/helpers/text.h"
 #include "platform/messages.h"
 #include "platform/processes.h"
 
@@ -91,7 +92,7 @@ bool CheckPolicyUnreferenced(const std::string& name) {
 }
 
 bool TableNameExists(const std::string& table) {
-    return TablesHold("Table " + UpperCase(table) + " (ID");
+    return TablesHold("Table " + ToUpper(table) + " (ID");
 }
 
 bool TableNumberExists(const std::string& number) {

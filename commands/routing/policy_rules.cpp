@@ -6,6 +6,7 @@
 #include "commands/routing/policy_items.h"
 #include "commands/routing/tables.h"
 #include "commands/vtysh/daemon.h"
+#include "front/helpers/text.h"
 #include "front/probes/cluster.h"
 #include "platform/messages.h"
 #include "platform/network.h"
@@ -77,7 +78,7 @@ bool MakeItem(const Command& command, std::string& item) {
         value = std::to_string(DscpTable().at(value));
         break;
     case RuleItem::kTableName:
-        value = UpperCase(value);
+        value = ToUpper(value);
         break;
     case RuleItem::kTableNumber:
         if (!FindTableName(command.value, value))

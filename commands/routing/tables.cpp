@@ -2,10 +2,10 @@
 
 #include "commands/arguments/arguments.h"
 #include "commands/routing/static_route.h"
+#include "front/helpers/text.h"
 #include "platform/messages.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace routing {
 namespace {
@@ -31,12 +31,6 @@ bool AnyContains(const Lines& lines, const std::string& text) {
 }
 
 } // namespace
-
-std::string UpperCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char letter) { return static_cast<char>(std::toupper(letter)); });
-    return text;
-}
 
 bool ListTables(Lines& lines) {
     return vtysh::Ask(vtysh::kZebra, kTableList, lines);
@@ -71,21 +65,21 @@ bool TableHasRoutes(const std::string& number) {
 
 bool IsTableNameUnique(const std::string& name) {
     Lines lines;
-    return AskForTables(lines) && !AnyContains(lines, "Table " + UpperCase(name) + " (ID");
+    return AskForTables(lines) && !AnyContains(lines, "Table " + ToUpper(name) + " (ID");
 }
 
 bool TableNameMatches(const std::string& number, const std::string& name) {
     Lines lines;
     if (number.empty() || name.empty() || !AskForTables(lines))
         return false;
-    return AnyContains(lines, "Table " + UpperCase(name) + " " + IdOf(number));
+    return AnyContains(lines, "Table " + ToUpper(name) + " " + IdOf(number));
 }
 
 std::string GetTableNumber(const std::string& name) {
     Lines lines;
     if (name.empty() || !AskForTables(lines))
         return "";
-    const std::string text = "Table " + UpperCase(name);
+    const std::string text = "Table " + ToUpper(name);
     const auto line = std::find_if(lines.begin(), lines.end(), [&](const std::string& candidate) {
         return vtysh::Contains(candidate, text);
     });

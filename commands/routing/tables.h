@@ -11,8 +11,6 @@ namespace routing {
 
 using vtysh::Lines;
 
-std::string UpperCase(std::string text);
-
 // The daemon's list, one table a line: "Table VPN (ID 5):", "Unnamed table (ID 7):".
 [[nodiscard]] bool ListTables(Lines& lines);
 

@@ -58,6 +58,14 @@ std::string ShellQuote(const std::string& text) {
     return "'" + ReplaceAll(ReplaceAll(text, '\\', "\\\\"), '\'', "'\\''") + "'";
 }
 
+std::string ToUpper(std::string text) {
+    for (char& letter : text) {
+        if (letter >= 'a' && letter <= 'z')
+            letter = static_cast<char>(letter - 'a' + 'A');
+    }
+    return text;
+}
+
 bool ParseLong(const char* text, long* out) {
     char* end = nullptr;
     errno = 0;

@@ -6,6 +6,9 @@
 // that strips one level of backslashes.
 std::string ShellQuote(const std::string& text);
 
+// In ASCII.
+std::string ToUpper(std::string text);
+
 // Strict decimal reading: false without a digit, with anything but a newline behind the number, or out of
 // the range of long. `out` gets what was read in every case.
 [[nodiscard]] bool ParseLong(const char* text, long* out);

@@ -1,5 +1,7 @@
 #include "units/snmp/agent_settings.h"
 
+#include "front/helpers/text.h"
+
 #include <cerrno>
 #include <cstdint>
 #include <netinet/in.h>

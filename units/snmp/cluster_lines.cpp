@@ -1,5 +1,6 @@
 #include "units/snmp/cluster_lines.h"
 
+#include "front/helpers/text.h"
 #include "platform/messages.h"
 #include "units/snmp/agent_settings.h"
 #include "units/snmp/cluster_contexts.h"

@@ -55,12 +55,4 @@ std::vector<std::string> ListDistinctAttrs(const NodeSet& nodes, const char* att
     return values;
 }
 
-std::string ToUpper(std::string text) {
-    for (char& letter : text) {
-        if (letter >= 'a' && letter <= 'z')
-            letter = static_cast<char>(letter - 'a' + 'A');
-    }
-    return text;
-}
-
 } // namespace snmp

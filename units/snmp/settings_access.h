@@ -44,9 +44,6 @@ std::vector<std::string> ListAttrs(const settings::NodeSet& nodes, const char* a
 // The same sorted, each text once.
 std::vector<std::string> ListDistinctAttrs(const settings::NodeSet& nodes, const char* attribute);
 
-// In ASCII.
-std::string ToUpper(std::string text);
-
 // The frame of every edit: `step` changes the loaded file, and reports why it can't.
 template <class Step>
 [[nodiscard]] bool Edit(const char* unit, const Step& step) {

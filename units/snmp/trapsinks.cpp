@@ -1,5 +1,6 @@
 #include "units/snmp/trapsinks.h"
 
+#include "front/helpers/text.h"
 #include "units/snmp/settings_access.h"
 
 #include <algorithm>

@@ -1,5 +1,6 @@
 #include "units/snmp/user_lines.h"
 
+#include "front/helpers/text.h"
 #include "front/probes/cluster.h"
 #include "platform/messages.h"
 #include "units/snmp/agent_settings.h"
