@@ -4,6 +4,7 @@
 #include "platform/network.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <string_view>
 
 namespace arguments {
@@ -53,6 +54,12 @@ bool IsNumber(const std::string& text) {
 
 bool IsAddress(const std::string& text) {
     return corvanshell::is_valid_ip(text);
+}
+
+bool IsHostAddress(const std::string& text) {
+    constexpr std::int64_t kThisNetwork = 0, kLoopback = 127, kMulticast = 224;
+    const std::int64_t first_byte = corvanshell::address_to_number(text) >> 24;
+    return kThisNetwork < first_byte && first_byte < kMulticast && first_byte != kLoopback;
 }
 
 bool IsNetmask(const std::string& text) {

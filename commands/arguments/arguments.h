@@ -9,6 +9,7 @@ namespace arguments {
 
 bool IsNumber(const std::string& text);        // 1 to 10 decimal digits
 bool IsAddress(const std::string& text);       // dotted quad
+bool IsHostAddress(const std::string& text);   // the same, without loopback, multicast and what is reserved
 bool IsNetmask(const std::string& text);       // dotted quad without holes
 bool IsNetwork(const std::string& text);       // an address, alone or with "/" and a prefix length
 bool IsName(const std::string& text);          // 1 to 63 letters, digits, "-", "_" and "."

@@ -18,9 +18,7 @@ using corvanshell::Network;
 // What DHCP taught; it does not hold for a static address.
 constexpr const char* kForgetLearned = "rm -f /etc/ntp.dhcp /etc/resolv.dhcp";
 
-bool IsHostAddress(const std::string& text) {
-    return arguments::IsAddress(text) && text != "0.0.0.0";
-}
+constexpr int kLongestPrefixOfNetwork = 30; // a longer one leaves no address for network and broadcast
 
 bool IsProperNetmask(const std::string& text) {
     return corvanshell::subnetmask_to_cidr(text) > 0;
@@ -121,7 +119,19 @@ bool ChangeSystem(const InterfaceEdit& edit, const Network& network) {
 
 bool ReadNetwork(const std::string& address, const std::string& netmask, Network& network) {
     network = corvanshell::MakeNetwork(address, netmask);
-    return arguments::Check({{address, IsHostAddress, "address"}, {netmask, IsProperNetmask, "netmask"}});
+    return arguments::Check(
+        {{address, arguments::IsAddress, "address"}, {netmask, IsProperNetmask, "netmask"}});
+}
+
+bool CanHostHave(const Network& network) {
+    if (!arguments::IsHostAddress(network.address))
+        return Refuse(Tr("%s: loopback, multicast or reserved address"), network.address);
+    if (corvanshell::subnetmask_to_cidr(network.netmask) > kLongestPrefixOfNetwork)
+        return true;
+    if (network.address == network.broadcast)
+        return Refuse(Tr("%s: broadcast address of the network itself"), network.address);
+    return network.address != corvanshell::getnetwork(network.address, network.netmask) ||
+           Refuse(Tr("%s: address of the network itself"), network.address);
 }
 
 bool IsNetworkFree(const InterfaceEdit& edit, const Network& network, const std::string& failure) {
@@ -141,7 +151,8 @@ bool IsNetworkFree(const InterfaceEdit& edit, const Network& network, const std:
 bool SetAddress(const std::string& name, const std::string& address, const std::string& netmask) {
     InterfaceEdit edit(name);
     Network network;
-    if (!OpenForChange(edit) || !ReadNetwork(address, netmask, network) || !MayChange(edit, network))
+    if (!OpenForChange(edit) || !ReadNetwork(address, netmask, network) || !CanHostHave(network) ||
+        !MayChange(edit, network))
         return false;
     WarnOfCertificate(edit.entry.address);
     // The client stays stopped, whatever becomes of the rest.

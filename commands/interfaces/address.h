@@ -11,10 +11,14 @@ namespace interfaces {
 [[nodiscard]] bool SetAddress(const std::string& name, const std::string& address,
                               const std::string& netmask);
 
-// The typed address and netmask with their broadcast. False, told, unless a host can have the address and the
-// netmask has no holes and leaves room for more than one network.
+// The typed address and netmask with their broadcast. False, told, unless they are such, and the netmask
+// leaves room for more than one network.
 [[nodiscard]] bool ReadNetwork(const std::string& address, const std::string& netmask,
                                corvanshell::Network& network);
+
+// Whether an interface can work with the address: no loopback, no multicast, and neither the address nor the
+// broadcast of the network itself. A refusal is told.
+[[nodiscard]] bool CanHostHave(const corvanshell::Network& network);
 
 // Whether the network proposed for the interface, as its address or an alias, crosses no other. A refusal is
 // told with `failure`, the sentence of the command.

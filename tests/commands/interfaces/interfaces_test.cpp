@@ -39,6 +39,10 @@ TEST_F(CommandsTest, Addresses) {
     Type({"inet ifconfig eth1 address 10.9.0.1 netmask 255.255.255.252",
           "inet ifconfig eth1 address 10.8.0.300 netmask 255.255.255.0",
           "inet ifconfig eth1 address 10.8.0.1 netmask 255.0.255.0",
+          "inet ifconfig eth1 address 10.8.0.15 netmask 255.255.255.240",
+          "inet ifconfig eth1 address 10.8.0.16 netmask 255.255.255.240",
+          "inet ifconfig eth1 address 127.0.0.1 netmask 255.0.0.0",
+          "inet ifconfig eth1 address 224.0.0.5 netmask 255.255.255.0",
           "inet ifconfig eth3 address 10.8.0.1 netmask 255.255.255.0",
           "inet ifconfig eth1 address 10.8.0.1 netmask 255.255.255.254",
           "inet ifconfig eth1 address 10.7.0.1 netmask 255.255.255.0",
@@ -71,6 +75,8 @@ TEST_F(CommandsTest, Aliases) {
           "inet ifconfig eth2 address delete 10.8.0.1 255.255.255.0",
           "inet ifconfig eth3 address add 10.8.0.1 255.255.255.0",
           "inet ifconfig eth3 address delete 10.8.0.1 255.255.255.0"});
+    Type({"inet ifconfig eth1 address add 10.8.0.255 255.255.255.0",
+          "inet ifconfig eth1 address delete 10.8.0.255 255.255.255.0"}); // of an earlier system
     AlterEntry("eth1", [](auto& entry) { ClearAddresses(entry); });
     Type({"inet ifconfig eth1 address add 10.8.0.1 255.255.255.0"});
     ExpectTranscript("interfaces/aliases");
