@@ -5,67 +5,20 @@
 #include "platform/path_list.h"
 #include "records/conf_struct.h"
 #include "units/dhcp_relay/relay_knob.h"
+#include "units/dhcp_relay/relay_list.h"
 #include "units/dhcp_relay/rules/listen_interfaces.h"
 #include "units/dhcp_relay/rules/lookup.h"
 #include "units/dhcp_relay/rules/servers.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
-#include <cstdint>
 #include <cstring>
-#include <map>
-#include <optional>
 #include <set>
 #include <string_view>
 #include <vector>
 
 namespace settings::dhcp_relay {
 namespace {
-
-constexpr const char* kListenPath = "interface[@type = 'listen' and text()]";
-
-std::optional<std::uint64_t> ParseNumber(const std::string& text) {
-    // Above this numbers of a query are no longer exact.
-    constexpr std::uint64_t kLargest = std::uint64_t{1} << 53;
-    std::uint64_t number = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || stop != end || number > kLargest)
-        return std::nullopt;
-    return number;
-}
-
-// The relays of the file. Their IDs are compared as numbers, so that "1" and "01" are one relay: what the
-// one has, the other has too.
-class Relays {
-public:
-    explicit Relays(const File& file) : file_(file), nodes_(file.Select("/unit/dhcp-relay[@id]")) {
-        for (std::size_t i = 0; i < nodes_.Size(); ++i) {
-            const auto number = ParseNumber(nodes_.At(i).GetAttr("id"));
-            all_plain_ = all_plain_ && number;
-            if (number)
-                ++counts_[*number];
-        }
-    }
-
-    const NodeSet& Nodes() const { return nodes_; }
-
-    // What a path finds in the relay of that ID. A relay that is alone with its number is asked itself, and
-    // not the whole document.
-    NodeSet Select(Node relay, const std::string& id, const std::string& path) const {
-        const auto number = ParseNumber(id);
-        if (all_plain_ && number && counts_.at(*number) == 1)
-            return file_.SelectFrom(relay, "%s", path);
-        return file_.Select("/unit/dhcp-relay[@id = %s]/%s", id, path);
-    }
-
-private:
-    const File& file_;
-    NodeSet nodes_;
-    std::map<std::uint64_t, int> counts_;
-    bool all_plain_ = true;
-};
 
 // What the line of a relay tells its daemon.
 struct Line {
@@ -112,26 +65,24 @@ bool CheckId(const std::string& id) {
 // One relay on its way into its line. Each fault of it is reported.
 class RelayCheck {
 public:
-    RelayCheck(const Relays& relays, const corvanshell::CConfStruct& record, Node relay)
-        : relays_(relays), record_(record), relay_(relay), id_(relay.GetAttr("id")) {}
+    RelayCheck(const corvanshell::CConfStruct& record, const std::string& id) : record_(record), id_(id) {}
 
     // "" when the relay has a fault.
-    std::string MakeLine() {
-        bool good = ReadListenInterfaces();
-        good = ReadServer(kExternalServer) && good;
-        good = ReadServer(kBackupServer) && good;
+    std::string MakeLine(const RelayParts& parts) {
+        bool good = ReadListenInterfaces(parts.listen_interfaces);
+        good = (parts.external_server ? ReadServer(parts.external_server)
+                                      : Refuse("DHCP relay %s: external DHCP server is unspecified", id_)) &&
+               good;
+        good = (!parts.backup_server || ReadServer(parts.backup_server)) && good;
         good = good && CheckId(id_);
         return good ? Format(id_, line_) : "";
     }
 
 private:
-    bool ReadListenInterfaces() {
-        const NodeSet nodes = relays_.Select(relay_, id_, kListenPath);
-        if (!nodes)
-            PrintError("DHCP relay %s: neither one listen interface is specified", id_);
-        bool good = !nodes.IsEmpty();
-        for (std::size_t i = 0; i < nodes.Size(); ++i)
-            good = ReadListenInterface(nodes.At(i).GetText()) && good;
+    bool ReadListenInterfaces(const std::vector<Node>& nodes) {
+        bool good = !nodes.empty() || Refuse("DHCP relay %s: neither one listen interface is specified", id_);
+        for (const Node& node : nodes)
+            good = ReadListenInterface(node.GetText()) && good;
         return good;
     }
 
@@ -142,12 +93,7 @@ private:
         return CheckListenInterfaceUsable(record_, id_, interface) && CheckWord(id_, interface);
     }
 
-    bool ReadServer(const std::string& server_id) {
-        const Node node =
-            relays_.Select(relay_, id_, "server[@id = '" + server_id + "' and @interface and text()]").At(0);
-        if (!node)
-            return server_id != kExternalServer ||
-                   Refuse("DHCP relay %s: external DHCP server is unspecified", id_);
+    bool ReadServer(Node node) {
         const std::string server = node.GetText();
         const std::string interface = node.GetAttr("interface");
         line_.servers.push_back(server);
@@ -156,24 +102,22 @@ private:
                CheckWord(id_, interface);
     }
 
-    const Relays& relays_;
     const corvanshell::CConfStruct& record_;
-    Node relay_;
-    std::string id_;
+    const std::string& id_;
     Line line_;
 };
 
 // Checks each relay, or just the one. The lines of those without a fault.
 bool MakeLines(const File& file, const corvanshell::CConfStruct& record, Node only, std::string& lines) {
-    const Relays relays(file);
-    if (!relays.Nodes())
+    const RelayList relays(file);
+    if (relays.Nodes().empty())
         return Refuse("DHCP relay: no relays are configured");
     bool good = true;
-    for (std::size_t i = 0; i < relays.Nodes().Size(); ++i) {
-        const Node relay = relays.Nodes().At(i);
+    for (const Node& relay : relays.Nodes()) {
         if (only && !(relay == only))
             continue;
-        const std::string line = RelayCheck(relays, record, relay).MakeLine();
+        const std::string id = relay.GetAttr("id");
+        const std::string line = RelayCheck(record, id).MakeLine(relays.Find(id));
         good = good && !line.empty();
         lines += line;
     }
