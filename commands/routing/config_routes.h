@@ -6,7 +6,8 @@
 
 namespace routing {
 
-// The static routes in the daemon's running configuration; lines that are none are skipped.
-Routes ParseRoutes(std::string_view configuration);
+// Adds the static routes in the daemon's running configuration, whose texts stay in it; lines that are none
+// are skipped.
+void ParseRoutes(std::string_view configuration, Routes& routes);
 
 } // namespace routing

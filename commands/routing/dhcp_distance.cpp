@@ -22,7 +22,7 @@ Routes FindByDistance(const Routes& routes, const std::string& distance,
                       const std::string& default_distance) {
     Routes found;
     for (const auto& entry : routes) {
-        const std::string& own = entry.second.EffectiveDistance();
+        const std::string_view own = entry.second.EffectiveDistance();
         if (own == distance || own == default_distance)
             found.insert(found.end(), entry);
     }

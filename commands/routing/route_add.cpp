@@ -20,32 +20,34 @@ namespace {
 constexpr const char* kTag = "RT_ADD";
 constexpr const char* kNotAdded = "Failed to add new static route.";
 
-struct NewRoute {
-    StaticRoute route; // with the defaults in the place of what was left out
+struct Addition {
+    NewRoute route; // with the defaults in the place of what was left out
     std::string table_name;
     std::string log; // only what the administrator typed
 };
 
-std::string FormatAddLog(const StaticRoute& typed, const std::string& table_name) {
+std::string FormatAddLog(const NewRoute& typed, const std::string& table_name) {
     return "Command: inet route add " + typed.destination + OptionalPart(" netmask ", typed.netmask) +
            " gateway " + typed.gateway + OptionalPart(" distance ", typed.distance) +
            OptionalPart(" weight ", typed.weight) + OptionalPart(" table name ", table_name) +
            OptionalPart(" table number ", typed.table);
 }
 
-NewRoute MakeRoute(const StaticRoute& typed, const std::string& table_name) {
-    NewRoute added{typed, table_name, FormatAddLog(typed, table_name)};
+Addition MakeAddition(const NewRoute& typed, const std::string& table_name) {
+    Addition added{typed, table_name, FormatAddLog(typed, table_name)};
     added.route.netmask = EffectiveNetmask(typed.destination, typed.netmask);
-    added.route.distance = typed.EffectiveDistance();
-    added.route.weight = typed.EffectiveWeight();
+    if (typed.distance.empty())
+        added.route.distance = kDefaultDistance;
+    if (typed.weight.empty())
+        added.route.weight = kDefaultWeight;
     return added;
 }
 
-bool RefuseRoute(const NewRoute& added, const Format<>& message) {
+bool RefuseRoute(const Addition& added, const Format<>& message) {
     return RefuseCommand(kTag, added.log, message);
 }
 
-bool MakeTable(const NewRoute& added) {
+bool MakeTable(const Addition& added) {
     const std::string& number = added.route.table;
     const std::string name = added.table_name.empty() ? "TABLE-" + number : added.table_name;
     if (!IsTableNameUnique(name))
@@ -54,7 +56,7 @@ bool MakeTable(const NewRoute& added) {
            RefuseRoute(added, Tr("Failed to add new static route. Can't add new table."));
 }
 
-bool EnsureTable(const NewRoute& added) {
+bool EnsureTable(const Addition& added) {
     const std::string& number = added.route.table;
     if (!TableExists(number))
         return MakeTable(added);
@@ -63,7 +65,7 @@ bool EnsureTable(const NewRoute& added) {
                                  "table doesn't exist."));
 }
 
-bool CheckDistance(const NewRoute& added) {
+bool CheckDistance(const Addition& added) {
     std::string dhcp = kInitialDhcpDistance;
     std::string dhcp_default = kInitialDhcpDistance;
     if (!corvanshell::get_dhcp_distance(dhcp, "main") ||
@@ -78,7 +80,7 @@ bool CheckDistance(const NewRoute& added) {
                        Tr("Failed to add new static route. Distance coincides with a distance of OSPF."));
 }
 
-void NormaliseDestination(StaticRoute& route) {
+void NormaliseDestination(NewRoute& route) {
     in_addr address{}, mask{};
     if (inet_aton(route.destination.c_str(), &address) == 0 || inet_aton(route.netmask.c_str(), &mask) == 0)
         return;
@@ -90,17 +92,17 @@ void NormaliseDestination(StaticRoute& route) {
     route.destination = masked;
 }
 
-bool IsReplaced(const StaticRoute& old, const StaticRoute& route) {
+bool IsReplaced(const StaticRoute& old, const NewRoute& route) {
     return old.table == (route.table.empty() ? kMainTable : route.table) &&
            (old.EffectiveDistance() != route.distance || old.EffectiveWeight() != route.weight);
 }
 
-Routes FindSame(const RouteStore& store, const StaticRoute& route) {
+Routes FindSame(const RouteStore& store, const NewRoute& route) {
     return store.FindRoutes(route.destination, route.netmask, route.gateway);
 }
 
 // Shows the routes that the new one would replace, and asks. True when there is none.
-bool ConfirmReplacement(const RouteStore& store, const StaticRoute& route) {
+bool ConfirmReplacement(const RouteStore& store, const NewRoute& route) {
     const Routes found = FindSame(store, route);
     if (std::none_of(found.begin(), found.end(),
                      [&](const auto& entry) { return IsReplaced(entry.second, route); }))
@@ -114,7 +116,7 @@ bool ConfirmReplacement(const RouteStore& store, const StaticRoute& route) {
 }
 
 // Tells whether the daemon shows the route that it took.
-bool ReportAdded(const RouteStore& store, const NewRoute& added) {
+bool ReportAdded(const RouteStore& store, const Addition& added) {
     const Lines lines = FormatRoutes(FindSame(store, added.route), added.route.table);
     if (lines.empty()) {
         PrintInfo(Tr("Static route has been added successfully. However, it remains inactive, because there "
@@ -129,7 +131,7 @@ bool ReportAdded(const RouteStore& store, const NewRoute& added) {
     return true;
 }
 
-bool SendRoute(RouteStore& store, const NewRoute& added) {
+bool SendRoute(RouteStore& store, const Addition& added) {
     if (store.AddRoute(added.route))
         return ReportAdded(store, added);
     const std::string log = added.log + ". " + gettext(kNotAdded);
@@ -137,7 +139,7 @@ bool SendRoute(RouteStore& store, const NewRoute& added) {
     return Refuse("%s", log);
 }
 
-bool CheckArguments(const StaticRoute& typed, const std::string& table_name) {
+bool CheckArguments(const NewRoute& typed, const std::string& table_name) {
     return arguments::Check({{typed.destination, arguments::IsAddress, "destination"},
                              {typed.netmask, arguments::IsNetmask, "netmask", true},
                              {typed.gateway, arguments::IsAddress, "next hop"},
@@ -147,13 +149,13 @@ bool CheckArguments(const StaticRoute& typed, const std::string& table_name) {
                              {typed.weight, arguments::IsNumber, "weight", true}});
 }
 
-bool Add(const StaticRoute& typed, const std::string& table_name) {
+bool Add(const NewRoute& typed, const std::string& table_name) {
     if (IsDisabledOnPassiveNode(gettext(kFeature)) || !CheckArguments(typed, table_name))
         return false;
     // Settings that can't be read are told before anything is changed.
     const corvanshell::CConfStruct record(path_list::local_settings, true);
     RouteStore store;
-    NewRoute added = MakeRoute(typed, table_name);
+    Addition added = MakeAddition(typed, table_name);
     if (!EnsureTable(added) || !CheckDistance(added))
         return false;
     NormaliseDestination(added.route);
@@ -171,13 +173,7 @@ std::string EffectiveNetmask(const std::string& destination, const std::string& 
 bool RouteAdd(const std::string& destination, const std::string& netmask, const std::string& gateway,
               const std::string& table, const std::string& table_name, const std::string& distance,
               const std::string& weight) {
-    return Add({.destination = destination,
-                .gateway = gateway,
-                .netmask = netmask,
-                .distance = distance,
-                .weight = weight,
-                .table = table},
-               table_name);
+    return Add({destination, netmask, gateway, distance, weight, table}, table_name);
 }
 
 } // namespace routing

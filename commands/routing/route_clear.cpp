@@ -16,15 +16,17 @@ bool MismatchedName() {
 
 // The table goes with its first route, so that its other routes are those of a table without a name.
 bool ClearRoute(RouteStore& store, const StaticRoute& route) {
-    const bool is_main = route.table == kMainTable;
-    if (!is_main && !IsTableUnreferenced(GetTableName(route.table))) {
+    const std::string table(route.table);
+    const std::string destination(route.destination);
+    const bool is_main = table == kMainTable;
+    if (!is_main && !IsTableUnreferenced(GetTableName(table))) {
         PrintError(Tr("unable to clear table %s because it is referenced by at least one policy rule"),
-                   route.table);
+                   table);
         return Refuse(Tr("failed to clear table"));
     }
-    if (!store.DeleteTableRoute(route.destination, route, route.table))
-        return Refuse(Tr("failed to delete route for %s"), route.destination);
-    return is_main || DeleteTable(route.table) || Refuse(Tr("failed to delete table"));
+    if (!store.DeleteTableRoute(destination, route, table))
+        return Refuse(Tr("failed to delete route for %s"), destination);
+    return is_main || DeleteTable(table) || Refuse(Tr("failed to delete table"));
 }
 
 } // namespace

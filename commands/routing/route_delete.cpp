@@ -67,7 +67,7 @@ std::string FormatLog(const RouteWords& typed) {
 std::set<std::string> TablesOf(const Routes& routes) {
     std::set<std::string> tables;
     for (const auto& [destination, route] : routes)
-        tables.insert(route.table);
+        tables.emplace(route.table);
     return tables;
 }
 
@@ -93,7 +93,7 @@ bool Remove(const Removal& removal) {
 
 bool RemoveOne(const Removal& removal) {
     const Lines lines = FormatFound(removal.found);
-    const std::string& table = removal.found.begin()->second.table;
+    const std::string table(removal.found.begin()->second.table);
     if (table != kMainTable && !CanDeleteRouteOfTable(table)) {
         PrintError(Tr("Unable to delete this route, because it is the only route in the table referenced by "
                       "at least one policy rule"));

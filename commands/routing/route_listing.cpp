@@ -16,8 +16,10 @@ namespace {
 constexpr const char* kHeader = "Destination      Netmask          Next hop         Distance Weight";
 constexpr const char* kRule = "-----------      -------          --------         -------- ------";
 constexpr std::size_t kLineWidth = 66;
+constexpr std::size_t kRouteWidth = 63;
 constexpr std::size_t kAddressWidth = 15;
 constexpr std::size_t kNumberWidth = 3;
+constexpr std::size_t kPieceSize = 65536;
 
 using RouteList = std::vector<const StaticRoute*>;
 
@@ -25,24 +27,23 @@ using RouteList = std::vector<const StaticRoute*>;
 class RouteLine {
 public:
     explicit RouteLine(const StaticRoute& route) {
-        Add(route.destination, kAddressWidth, 2);
-        Add(route.netmask, kAddressWidth, 2);
-        Add(route.gateway, kAddressWidth, 2);
-        Add(route.EffectiveDistance(), kNumberWidth, 6);
-        Add(route.EffectiveWeight(), kNumberWidth, 0);
+        std::memset(line_, ' ', kRouteWidth);
+        line_[kRouteWidth] = '\n';
+        Put(0, route.destination, kAddressWidth);
+        Put(17, route.netmask, kAddressWidth);
+        Put(34, route.gateway, kAddressWidth);
+        Put(51, route.EffectiveDistance(), kNumberWidth);
+        Put(60, route.EffectiveWeight(), kNumberWidth);
     }
-    std::string_view Text() const { return {line_, size_}; }
+    std::string_view Text() const { return {line_, kRouteWidth}; }
+    std::string_view WithNewline() const { return {line_, kRouteWidth + 1}; }
 
 private:
-    void Add(std::string_view text, std::size_t width, std::size_t gap) {
-        const std::size_t taken = std::min(text.size(), width);
-        std::memset(line_ + size_, ' ', width + gap);
-        std::memcpy(line_ + size_, text.data(), taken);
-        size_ += width + gap;
+    void Put(std::size_t column, std::string_view text, std::size_t width) {
+        std::memcpy(line_ + column, text.data(), std::min(text.size(), width));
     }
 
-    char line_[kLineWidth];
-    std::size_t size_ = 0;
+    char line_[kRouteWidth + 1];
 };
 
 // The lines above a table's routes. None when the settings lock is not granted.
@@ -54,8 +55,18 @@ Lines FormatHeading(const std::string& number) {
             kRule};
 }
 
-void Print(std::string_view text) {
+void PrintAndClear(std::string& text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
+    text.clear();
+}
+
+// By pieces that are larger than the stream's own.
+void PrintLines(const RouteList& routes, std::string& text) {
+    for (const StaticRoute* route : routes) {
+        text += RouteLine(*route).WithNewline();
+        if (text.size() >= kPieceSize)
+            PrintAndClear(text);
+    }
 }
 
 } // namespace
@@ -80,18 +91,17 @@ bool PrintTables(const Routes& routes, const Lines& tables) {
     for (const auto& [destination, route] : routes)
         by_table[route.table].push_back(&route);
     bool printed = false;
+    std::string text;
     for (const std::string& number : tables) {
         const Lines heading = FormatHeading(number);
         if (heading.empty())
             continue;
-        Print(JoinLines(heading));
-        for (const StaticRoute* route : by_table[number]) {
-            Print(RouteLine(*route).Text());
-            Print("\n");
-        }
-        Print("\n");
+        text += JoinLines(heading);
+        PrintLines(by_table[number], text);
+        text += '\n';
         printed = true;
     }
+    PrintAndClear(text);
     std::fflush(stdout);
     return printed;
 }

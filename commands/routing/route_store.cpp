@@ -13,6 +13,7 @@
 #include <string_view>
 #include <sys/file.h>
 #include <unistd.h>
+#include <utility>
 
 namespace routing {
 namespace {
@@ -21,10 +22,12 @@ constexpr const char* kLockFile = "/run/lock/run/quagga/s_routing.lock";
 constexpr mode_t kLockMode = 0400;
 
 // ip route table 5 10.0.0.0/8 1.1.1.1
-std::string RouteLine(const std::string& destination, const std::string& length, const std::string& gateway,
-                      const std::string& table) {
-    return "ip route " + (table.empty() ? "" : "table " + table + " ") + destination + "/" + length + " " +
-           gateway;
+std::string RouteLine(std::string_view destination, std::string_view length, std::string_view gateway,
+                      std::string_view table) {
+    std::string line = "ip route ";
+    if (!table.empty())
+        line.append("table ").append(table).append(" ");
+    return line.append(destination).append("/").append(length).append(" ").append(gateway);
 }
 
 bool SendDelete(const std::string& destination, const StaticRoute& route, const std::string& table) {
@@ -44,7 +47,7 @@ int TakeLock() {
     return lock;
 }
 
-bool IsWanted(const std::string* wanted, const std::string& text) {
+bool IsWanted(const std::string* wanted, std::string_view text) {
     return wanted == nullptr || *wanted == text;
 }
 
@@ -85,8 +88,11 @@ void RouteStore::Load() {
     std::string text; // one text: a string for each of a hundred thousand lines would be slow
     const int status =
         corvanshell::run(vtysh::QuestionLine(vtysh::kZebra, "show running-config").c_str(), text);
-    if (status == 0 && !text.empty())
-        routes_ = ParseRoutes(text);
+    if (status != 0 || text.empty())
+        return;
+    routes_.clear();
+    memory_.release();
+    ParseRoutes(configurations_.emplace_back(std::move(text)), routes_);
 }
 
 Routes RouteStore::Find(const RoutePattern& pattern) const {
@@ -117,7 +123,7 @@ Routes RouteStore::FindRoutes(const std::string& destination, const std::string&
     return Find({destination, &netmask, gateway.empty() ? nullptr : &gateway, &table});
 }
 
-bool RouteStore::AddRoute(const StaticRoute& route) {
+bool RouteStore::AddRoute(const NewRoute& route) {
     if (!arguments::IsAddress(route.destination) || !arguments::IsAddress(route.gateway) ||
         !arguments::IsNumber(route.distance) || !arguments::IsNumber(route.weight) ||
         (!route.table.empty() && !arguments::IsNumber(route.table)))
@@ -133,12 +139,7 @@ bool RouteStore::AddRoute(const StaticRoute& route) {
 bool RouteStore::AddRoute(const std::string& destination, const std::string& netmask,
                           const std::string& gateway, const std::string& distance, const std::string& weight,
                           const std::string& table) {
-    return AddRoute({.destination = destination,
-                     .gateway = gateway,
-                     .netmask = netmask,
-                     .distance = distance,
-                     .weight = weight,
-                     .table = table});
+    return AddRoute({destination, netmask, gateway, distance, weight, table});
 }
 
 bool RouteStore::DeleteRoute(const std::string& destination, const StaticRoute& route) {
@@ -152,16 +153,18 @@ bool RouteStore::DeleteTableRoute(const std::string& destination, const StaticRo
 }
 
 bool RouteStore::DeleteFound(const Routes& found) {
-    for (const auto& [destination, route] : found)
+    for (const auto& [key, route] : found) {
+        const std::string destination(key);
         (void)(route.table == kMainTable ? DeleteRoute(destination, route)
-                                         : DeleteTableRoute(destination, route, route.table));
+                                         : DeleteTableRoute(destination, route, std::string(route.table)));
+    }
     return HasLock();
 }
 
 // One that the daemon keeps doesn't stop the others.
 bool RouteStore::DeleteFromMain(const RoutePattern& pattern) {
-    for (const auto& [destination, route] : Find(pattern))
-        (void)DeleteRoute(destination, route);
+    for (const auto& [key, route] : Find(pattern))
+        (void)DeleteRoute(pattern.destination, route);
     return HasRouteTo(pattern.destination);
 }
 

@@ -2,6 +2,8 @@
 
 #include "commands/routing/static_route.h"
 
+#include <list>
+#include <memory_resource>
 #include <string>
 
 namespace routing {
@@ -31,6 +33,7 @@ public:
     RouteStore& operator=(const RouteStore&) = delete;
 
     // Reads the daemon's configuration. An answer that is empty or failed leaves the routes as they were.
+    // Routes that were found before stay good.
     void Load();
 
     // Without the lock every find finds nothing, and nothing is deleted.
@@ -48,7 +51,7 @@ public:
 
     // Sends the route, whose length is its mask's, and loads when the daemon took it. An empty table is the
     // main one.
-    [[nodiscard]] bool AddRoute(const StaticRoute& route);
+    [[nodiscard]] bool AddRoute(const NewRoute& route);
     [[nodiscard]] bool AddRoute(const std::string& destination, const std::string& netmask,
                                 const std::string& gateway, const std::string& distance,
                                 const std::string& weight, const std::string& table);
@@ -77,7 +80,9 @@ private:
     bool HasRouteTo(const std::string& destination) const;
 
     int lock_;
-    Routes routes_;
+    std::list<std::string> configurations_; // each that was read, for the routes that were found in it
+    std::pmr::monotonic_buffer_resource memory_;
+    Routes routes_{&memory_};
 };
 
 } // namespace routing
