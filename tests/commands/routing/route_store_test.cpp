@@ -3,21 +3,22 @@
 #include "commands/routing/tables.h"
 #include "tests/commands/routing/routing_fixture.h"
 
-#include <future>
+#include <atomic>
+#include <chrono>
+#include <csignal>
 #include <gmock/gmock.h>
 #include <sstream>
+#include <thread>
 
 namespace routing {
 namespace {
 
 using support::Capture;
 using support::ExpectCommands;
-using support::LogLine;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 const std::string kAskConfig = "/usr/bin/vtysh -d zebra -c 'show running-config'";
-const LogLine kLockWarning{4, "config is locked by another process, please try again"};
 
 // All fields of a route, to compare at a glance.
 std::string Text(const StaticRoute& route) {
@@ -195,30 +196,28 @@ TEST_F(RouteStoreTest, RefusedChangesChangeNothing) {
     ExpectCommands({});
 }
 
-TEST_F(RouteStoreTest, ListingAndTableDeleteGiveUpOnTheSettingsLock) {
-    Answer({{.out = "ip route 10.0.0.0/8 1.1.1.1\n"}});
-    RouteStore store;
-    support::ForgetCommands();
-    const support::Daemon holder = support::HoldLock("/run/lock/settings.lock", false);
-    const std::shared_future<Lines> lines =
-        std::async(std::launch::async, [&] { return FormatRoutes(store.All(), "254"); });
-    EXPECT_FALSE(store.DeleteTableRoute("10.0.0.0", store.All().begin()->second, "254"));
-    EXPECT_THAT(lines.get(), IsEmpty());
-    EXPECT_THAT(TakeLog(), ElementsAre(kLockWarning, kLockWarning));
-    ExpectCommands({});
-}
-
+// Also when a signal comes while it waits.
 TEST_F(RouteStoreTest, SecondCommandWaitsForTheFirst) {
-    const auto is_free = [] {
-        return support::RunProgram({"flock", "-n", "/run/lock/run/quagga/s_routing.lock", "true"}).status ==
-               0;
-    };
+    struct sigaction action = {};
+    action.sa_handler = [](int) {};
+    sigaction(SIGUSR1, &action, nullptr);
+    std::atomic<bool> has_lock = false;
+    std::thread second;
     {
         const RouteStore store;
         EXPECT_EQ(support::ModeOf("/run/lock/run/quagga/s_routing.lock"), 0400U);
-        EXPECT_FALSE(is_free());
+        second = std::thread([&] {
+            const RouteStore waiting;
+            has_lock = waiting.HasLock();
+        });
+        for (int i = 0; i < 10; ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            pthread_kill(second.native_handle(), SIGUSR1);
+        }
+        EXPECT_FALSE(has_lock);
     }
-    EXPECT_TRUE(is_free());
+    second.join();
+    EXPECT_TRUE(has_lock);
 }
 
 TEST_F(RouteStoreTest, WithoutItsLockItFindsNothing) {

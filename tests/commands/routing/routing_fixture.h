@@ -59,6 +59,13 @@ protected:
         return found;
     }
 
+    // From now on a recorder stands in the daemons' place, which says this to each command, in the order of
+    // its calls.
+    void AnswerEach(const Lines& texts) {
+        support::Record(kVtysh);
+        answers_[kVtysh] = texts;
+    }
+
     // From now on a recorder answers in the daemons' place, with these texts in turn.
     static void Answer(const std::vector<support::Answer>& answers) {
         support::Record(kVtysh);
