@@ -15,8 +15,9 @@ constexpr std::uint32_t kFirstMark = 0xd6d00000;
 constexpr int kPreference = 100; // before the rules of every policy
 constexpr const char* kProtocol = " protocol 214 ";
 constexpr const char* kLeases = "/run/dhcpclient/";
-// What an edge sets in motion takes a moment: with it, traffic flows again within count x interval + wait.
-constexpr std::chrono::milliseconds kReserve{100};
+// Checks lie a little closer than configured: an edge takes a moment to have its effect, and traffic is to flow again
+// within count x interval + wait.
+constexpr std::chrono::milliseconds kReserve{250};
 
 std::string Now() {
     const std::time_t now = std::time(nullptr);
@@ -94,8 +95,8 @@ void Watch::Begin(Clock::time_point now, const Timing& timing) {
     LayWay();
     const auto tested =
         next_hop_.test_address.empty() ? GatewayOf(next_hop_) : ToAddress(next_hop_.test_address);
-    next_check_ = now + timing.interval;
-    deadline_ = now + timing.wait - kReserve;
+    next_check_ = now + timing.interval - kReserve;
+    deadline_ = now + timing.wait;
     if (tested)
         probe_ = std::make_unique<Probe>(next_hop_.check_type, *tested, kFirstMark + number_);
     else
