@@ -50,7 +50,8 @@ Outcome RunEditor(const Backups& backups, const corvanshell::CConfStruct& record
             PrintWarning(Tr("failed to read network settings, the addresses are not compared with them"));
         if (ValidateFailoverAddresses(record))
             return EditSignals::HaveCome() ? Outcome::kFailed : Outcome::kChanged;
-        if (shell_get_user_confirmation(
+        if (EditSignals::HaveCome() ||
+            shell_get_user_confirmation(
                 "%s", gettext("Do you want to fix this? If not then failover.ini will not change.")) == 0)
             return Outcome::kUnchanged;
     }
