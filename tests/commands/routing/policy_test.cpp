@@ -1,3 +1,4 @@
+#include "commands/routing/known_values.h"
 #include "commands/routing/policy_checks.h"
 #include "commands/routing/policy_commands.h"
 #include "commands/routing/policy_rules.h"
@@ -162,16 +163,32 @@ TEST_F(PolicyTest, PolicyThatDgdNeedsKeepsItsLastItem) {
 }
 
 TEST_F(PolicyTest, ShowsRulesAsTheCommandsSpellThem) {
-    Configure({"table 5 VPN", "ip rule p 1024", "match from 10.0.0.0/8", "match to 10.0.0.1",
-               "match inbound-interface eth0", "match outbound-interface eth1", "match tos 184",
-               "set table VPN", "exit", "ip rule p 1025", "match tos 5", "set blackhole", "exit",
-               "ip rule q 1024", "set reject", "exit", "ip policy q"});
+    Configure({"table 5 VPN",
+               "ip rule p 1024",
+               "match from 10.0.0.0/8",
+               "match to 10.0.0.1",
+               "match inbound-interface eth0",
+               "match outbound-interface eth1",
+               "match tos 184",
+               "set table VPN",
+               "exit",
+               "ip rule p 1025",
+               "match tos 5",
+               "set blackhole",
+               "exit",
+               "ip rule p 1026",
+               "set table VPN",
+               "exit",
+               "ip rule q 1024",
+               "set reject",
+               "exit",
+               "ip policy q"});
     Type({"inet show policy rule all", "inet show policy rule p", "inet show policy rule p 1025",
           "inet show policy rule p 102", "inet show policy rule active"});
     const std::string saved = support::ReadFile(kZebraFile);
     AnswerEach({"", "Table VPNS (ID 6):\n"});
     support::WriteFile(kZebraFile, saved);
-    Type({"! inet show policy rule p 1024", "inet show policy rule q"});
+    Type({"! inet show policy rule p 1024", "inet show policy rule p", "inet show policy rule q"});
     EXPECT_EQ(unlink(kZebraFile.c_str()), 0);
     Type({"inet show policy rule all"});
     ExpectTranscript("policy/show");
@@ -186,11 +203,16 @@ TEST_F(PolicyTest, ActivateAndClear) {
 }
 
 TEST_F(PolicyTest, ValuesOfTheShell) {
-    Configure({"table 5 VPN", "table 7 LAN", "ip route table 9 10.0.0.0/8 1.1.1.1", "ip rule q 1024",
-               "set reject", "exit", "ip rule p 1024", "set reject", "exit", "ip rule p 1025"});
+    Configure({"table 5 VPN", "table 7 LAN", "ip route table 9 10.0.0.0/8 1.1.1.1",
+               "ip route 11.0.0.0/8 1.1.1.1", "ip rule q 1024", "set reject", "exit", "ip rule p 1024",
+               "set reject", "exit", "ip rule p 1025"});
     EXPECT_THAT(value::ExistingRules().list(), ElementsAre("p", "q"));
     EXPECT_THAT(value::ExistingTablesNumber().list(), ElementsAre("5", "7"));
     EXPECT_THAT(value::ExistingTablesName().list(), ElementsAre("VPN", "LAN"));
+    EXPECT_THAT(PolicyPriorities("p"), ElementsAre("1024", "1025"));
+    EXPECT_THAT(PolicyPriorities(""), ElementsAre("1024", "1025", "32766"));
+    EXPECT_THAT(RouteDestinations(), ElementsAre("10.0.0.0", "11.0.0.0"));
+    EXPECT_THAT(RouteNextHops(), ElementsAre("1.1.1.1"));
     const ShellWords dscp = value::DscpValue().list();
     EXPECT_EQ(dscp.size(), 42U);
     EXPECT_THAT(dscp, ::testing::IsSupersetOf({"0x0 (default)", "default", "0xB8 (EF)", "EF", "0xA0 (CS5)"}));
@@ -226,6 +248,8 @@ TEST_F(PolicyTest, ValuesOfTheShell) {
     support::WriteFile("/run/quagga/zebra.down", "");
     EXPECT_EQ(unlink("/etc/quagga/zebra.conf"), 0);
     const Output output = Capture([] {
+        EXPECT_THAT(PolicyPriorities("p"), IsEmpty());
+        EXPECT_THAT(RouteDestinations(), IsEmpty());
         EXPECT_THAT(value::ExistingRules().list(), IsEmpty());
         EXPECT_THAT(value::ExistingTablesNumber().list(), IsEmpty());
         EXPECT_THAT(value::ExistingTablesName().list(), IsEmpty());
