@@ -56,11 +56,11 @@ namespace {
 using corvanshell::CConfStruct;
 using corvanshell::InterfaceEntry;
 
-// The bond numbers whose bond is there, or is not.
+// The bond numbers whose bond is there, or is not. A record that was not read offers neither.
 ShellWords ListBondIds(bool used) {
     const CConfStruct record(path_list::local_settings, true);
     ShellWords words;
-    for (std::size_t number = 0; number <= interfaces::kMaximumBondNumber; ++number) {
+    for (std::size_t number = 0; record.IsWhole() && number <= interfaces::kMaximumBondNumber; ++number) {
         const std::string word = std::to_string(number);
         if (record.Interfaces().contains(interfaces::BondName(word)) == used)
             words.push_back(word);

@@ -116,6 +116,8 @@ TEST_F(BondingTest, ArgumentsOfferTheirWords) {
     node.set_action(
         [](const ShellArguments& words) { return boost::any_cast<std::string>(words.at(0)) == "802.3ad"; });
     EXPECT_TRUE(node.execute("802.3ad", taken, {"802.3ad"}, 1));
+    support::WriteFile(path_list::local_settings, ""); // behind its guard's back
+    EXPECT_EQ(value::BondingFreeBondId().list(), ShellWords());
 }
 
 } // namespace
