@@ -13,7 +13,9 @@ namespace {
 // Whether the daemon reads the text as a part of one statement (dhcpd.conf(5)): it ends none, begins no block
 // and no comment, and leaves no quoted text open. A quoted text ends with its line.
 bool StaysOneValue(std::string_view text) {
-    constexpr std::string_view kMarks = ";{}#";
+    const auto is_mark = [](char letter) {
+        return letter == ';' || letter == '{' || letter == '}' || letter == '#';
+    };
     bool is_quoted = false;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char letter = text[i];
@@ -21,7 +23,7 @@ bool StaysOneValue(std::string_view text) {
             is_quoted = !is_quoted;
         else if (is_quoted && letter == '\\')
             ++i;
-        else if (is_quoted ? letter == '\n' : kMarks.find(letter) != std::string_view::npos)
+        else if (is_quoted ? letter == '\n' : is_mark(letter))
             return false;
     }
     return !is_quoted;
@@ -54,8 +56,10 @@ bool RefuseWriting(TreeWriter& writer) {
 bool WriteLine(TreeWriter& writer, const std::string& text) {
     if (writer.out == nullptr)
         return true;
-    const int width = static_cast<int>(text.size()) + 2 * writer.depth;
-    std::fprintf(writer.out, "%*s\n", width, text.c_str());
+    for (int i = 0; i < writer.depth; ++i)
+        std::fputs("  ", writer.out);
+    std::fwrite(text.data(), 1, text.size(), writer.out);
+    std::fputc('\n', writer.out);
     return std::ferror(writer.out) == 0 || RefuseWriting(writer);
 }
 
