@@ -48,9 +48,10 @@ public:
     void set_help(std::string label, std::string text);
     const std::string& label() const { return label_; }
     const std::string& help() const { return help_; }
-    // Empties the node. What stood below it lives on until the next call, because the command that empties
-    // the tree is a part of it.
+    // Empties the node. What stood below it lives on, because the command that empties the tree is a part of
+    // it, until it is dropped between two commands.
     void clean();
+    void drop_cleaned() { cleaned_.clear(); }
     // What gives the node its stages and its action when they are asked for first, so that a large tree costs
     // what is used of it.
     void set_growth(std::function<void(TreeNode& node)> growth) { growth_ = std::move(growth); }

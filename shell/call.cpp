@@ -43,7 +43,7 @@ Call MakeCall(const Command& command, const Form& form, const Values& words) {
 }
 
 bool Run(const Call& call) {
-    if (call.command->traits & kShows)
+    if (call.command->traits & (kShows | kOwnLock))
         return call.command->run(call.values);
     ChangeLock lock;
     return lock.Acquire() && call.command->run(call.values);

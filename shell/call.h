@@ -17,7 +17,7 @@ struct Call {
 // The call of a row by the words of one of its forms, values among them.
 Call MakeCall(const Command& command, const Form& form, const Values& words);
 
-// Runs the row's action, with the lock of changes when it changes anything.
+// Runs the row's action, with the lock of changes when it changes anything and takes none itself.
 [[nodiscard]] bool Run(const Call& call);
 
 // The call of a line in which no word is short, in any mode and with any values, whatever the shell thinks of

@@ -61,6 +61,7 @@ enum Trait : unsigned {
     kShows = 1,     // changes no settings, so that it need not wait for another shell's change
     kInSingle = 2,  // makes sense in single mode alone
     kInCluster = 4, // makes sense in cluster mode alone
+    kOwnLock = 8,   // its action takes a lock of its own, and may take as long as a person does
 };
 
 // The pattern's words are typed as they stand. "<name>" is a value: one of slots.cpp, a list "<on|off>" or a

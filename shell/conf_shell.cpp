@@ -1,16 +1,15 @@
 #include "front/helpers/xml.h"
-#include "platform/console.h"
+#include "platform/input.h"
 #include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/startup.h"
 #include "shell/editor.h"
 #include "shell/session.h"
 
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <getopt.h>
-#include <memory>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -63,44 +62,35 @@ bool ReadRequest(int argc, char** argv, Request& request) {
             return false;
         }
     }
-    if (optind < argc)
-        shell_print_error("%s: a line is given with -c: %s", kProgram, argv[optind]);
-    return optind == argc;
+    return optind == argc || Refuse("%s: a line is given with -c: %s", kProgram, argv[optind]);
 }
 
-// Gives the next line. False at the end.
-using LineSource = std::function<bool(std::string& line)>;
+using script_input::Reading;
 
-// With the input's own buffer, so that questions read on where the lines end.
-bool ReadStandardInput(std::string& line) {
-    char* text = nullptr;
-    std::size_t size = 0;
-    const auto length = ::getline(&text, &size, stdin);
-    const std::unique_ptr<char, void (*)(void*)> owner(text, std::free);
-    if (length < 0)
-        return false;
-    line.assign(text, static_cast<std::size_t>(length));
-    if (line.ends_with('\n'))
-        line.pop_back();
-    return true;
-}
+// Gives the next line.
+using LineSource = std::function<Reading(std::string& line)>;
 
-// True when every line was good. The first that is not ends the run, unless it keeps going.
+// True when every line was good, and could be read. The first that is not ends the run, unless it keeps
+// going. Lines have numbers where they come from a file.
 bool RunLines(shell::Session& session, bool keep_going, const LineSource& next) {
     bool all_done = true;
-    for (std::string line; !shell::IsSessionOver() && (all_done || keep_going) && next(line);)
-        all_done = session.Run(line) && all_done;
+    for (std::string line; !shell::IsSessionOver() && (all_done || keep_going);) {
+        const Reading reading = next(line);
+        if (reading != Reading::kLine)
+            return all_done && reading == Reading::kEnd;
+        all_done = session.Run(line, script_input::LineNumber()) && all_done;
+    }
     return all_done;
 }
 
 bool RunCommands(shell::Session& session, const Request& request) {
-    auto line = request.lines.begin();
-    return RunLines(session, request.keep_going, [&](std::string& next) {
-        if (line == request.lines.end())
-            return false;
-        next = *line++;
-        return true;
-    });
+    bool all_done = true;
+    for (const std::string& line : request.lines) {
+        if (shell::IsSessionOver() || !(all_done || request.keep_going))
+            break;
+        all_done = session.Run(line) && all_done;
+    }
+    return all_done;
 }
 
 void IgnoreSignal(int) {}
@@ -112,8 +102,9 @@ bool RunTerminal(shell::Session& session) {
     action.sa_handler = IgnoreSignal;
     ::sigaction(SIGINT, &action, nullptr);
     shell::Editor editor(session.Root());
-    const bool all_done =
-        RunLines(session, true, [&](std::string& line) { return editor.Read(session.Prompt(), line); });
+    const bool all_done = RunLines(session, true, [&](std::string& line) {
+        return editor.Read(session.Prompt(), line) ? Reading::kLine : Reading::kEnd;
+    });
     if (!shell::IsSessionOver())
         std::puts(""); // behind the end of the input
     return all_done;
@@ -125,7 +116,7 @@ bool RunSession(const Request& request) {
         return RunCommands(session, request);
     return ::isatty(STDIN_FILENO) && ::isatty(STDOUT_FILENO)
                ? RunTerminal(session)
-               : RunLines(session, request.keep_going, ReadStandardInput);
+               : RunLines(session, request.keep_going, script_input::ReadLine);
 }
 
 } // namespace
@@ -133,11 +124,11 @@ bool RunSession(const Request& request) {
 int main(int argc, char** argv) {
     Request request;
     if (!ReadRequest(argc, argv, request)) {
-        shell_print_error("%s", kUsage);
+        PrintError("%s", kUsage);
         return 2;
     }
     if (request.help) {
-        shell_print_info("%s", kUsage);
+        PrintInfo("%s", kUsage);
         return 0;
     }
     slopen(kProgram, 9, 8);

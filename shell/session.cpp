@@ -1,7 +1,10 @@
 #include "shell/session.h"
 
 #include "front/probes/cluster.h"
-#include "platform/console.h"
+#include "platform/guards.h"
+#include "platform/input.h"
+#include "platform/messages.h"
+#include "platform/path_list.h"
 #include "shell/help.h"
 #include "shell/line.h"
 #include "shell/tree.h"
@@ -18,7 +21,7 @@
 namespace shell {
 namespace {
 
-constexpr std::size_t kLineLimit = 8192;
+using script_input::kLineLimit;
 
 bool is_over = false;
 
@@ -35,8 +38,20 @@ bool RunAction(TreeNode& root, const ShellWords& words) {
     try {
         return root.parse_tokens(words, 0, arguments);
     } catch (const std::exception& failure) {
-        shell_print_error("the command failed: %s", failure.what());
-        return false;
+        return Refuse("the command failed: %s", failure.what());
+    }
+}
+
+// Settings that are not as their guard says read as defaults, which looks like an appliance without any.
+void WarnOfGuards() {
+    const std::pair<std::string, std::string> guarded[] = {
+        {path_list::settings_guard, path_list::local_settings},
+        {path_list::settings_guard, path_list::common_settings},
+        {path_list::failover_settings + ".crg", path_list::failover_settings}};
+    for (const auto& [guard, file] : guarded) {
+        if (!corvanshell::CheckGuardFile(guard.c_str(), file.c_str(), nullptr))
+            PrintWarning(
+                "%s is not as its guard says, and reads as defaults; conf-tool -p accepts it as it is", file);
     }
 }
 
@@ -50,13 +65,13 @@ bool IsCommandIn(int mode, const ShellWords& words) {
 }
 
 // A line that this mode doesn't have.
-void Refuse(const std::string& line, const Line& split, const Position& position) {
+bool RefuseLine(const std::string& line, const Line& split, const Position& position, bool is_in_script) {
     const int mode = Shell::Get().Mode() == 0 ? 0 : 1;
     if (IsCommandIn(1 - mode, split.Texts()))
-        shell_print_error("this command is there in %s mode only, and the mode is %s", kModeNames[1 - mode],
-                          kModeNames[mode]);
-    else
-        shell_print_error("%s", DescribeFault(line, split, position).c_str());
+        return Refuse("this command is there in %s mode only, and the mode is %s", kModeNames[1 - mode],
+                      kModeNames[mode]);
+    // The mark stands below the line, which begins at the margin.
+    return Refuse("%s%s", is_in_script ? "no command\n" : "", DescribeFault(line, split, position));
 }
 
 } // namespace
@@ -73,6 +88,7 @@ Session::~Session() {
 }
 
 void Session::FollowMode() {
+    root_.drop_cleaned();
     Shell& shell = Shell::Get();
     const int mode = GetClusterMode();
     if (mode == shell.Mode())
@@ -81,31 +97,32 @@ void Session::FollowMode() {
     shell.RebuildTree();
 }
 
-bool Session::Run(const std::string& line) {
+bool Session::Run(const std::string& line, std::size_t number) {
     FollowMode();
-    if (!IsTyped(line)) {
-        shell_print_error("a line has %zu bytes at most, and no control characters", kLineLimit);
-        return false;
-    }
+    shell_prefix_errors(number != 0 ? "line " + std::to_string(number) + ": " : "");
+    const bool is_done = RunLine(line, number != 0);
+    shell_prefix_errors("");
+    std::cout.flush();
+    std::fflush(stdout);
+    return is_done;
+}
+
+bool Session::RunLine(const std::string& line, bool is_in_script) {
+    if (!IsTyped(line))
+        return Refuse("a line has %zu bytes at most, and no control characters", kLineLimit);
     const Line split = SplitLine(line);
     const ShellWords words = split.Texts();
-    if (split.is_open) {
-        shell_print_error("the line ends within a quoted text");
-        return false;
-    }
+    if (split.is_open)
+        return Refuse("the line ends within a quoted text");
     if (words.empty())
         return true;
     if (IsHelp(root_, words[0]))
         return ShowHelp({words.begin() + 1, words.end()});
     const Position position = Follow(root_, words);
-    if (position.taken < words.size() || !position.node->ends_command()) {
-        Refuse(line, split, position);
-        return false;
-    }
-    const bool is_done = RunAction(root_, words);
-    std::cout.flush();
-    std::fflush(stdout);
-    return is_done;
+    if (position.taken < words.size() || !position.node->ends_command())
+        return RefuseLine(line, split, position, is_in_script);
+    WarnOfGuards();
+    return RunAction(root_, words);
 }
 
 std::string Session::Prompt() {

@@ -2,6 +2,7 @@
 
 #include "platform/shell_tree.h"
 
+#include <cstddef>
 #include <string>
 
 namespace shell {
@@ -15,8 +16,8 @@ public:
     Session& operator=(const Session&) = delete;
 
     // Runs one line. True when its action was, and for a line without words; any other is told on the
-    // terminal.
-    [[nodiscard]] bool Run(const std::string& line);
+    // terminal. The line of a script has a number, from 1, which stands in front of what is told.
+    [[nodiscard]] bool Run(const std::string& line, std::size_t number = 0);
 
     const TreeNode& Root() const { return root_; }
     // The host's name and the mode, which another shell may have switched.
@@ -24,6 +25,7 @@ public:
 
 private:
     void FollowMode();
+    bool RunLine(const std::string& line, bool is_in_script);
 
     Node root_;
 };

@@ -3,6 +3,7 @@
 #include "platform/console.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 TreeNode::~TreeNode() = default;
@@ -17,7 +18,8 @@ void TreeNode::set_help(std::string label, std::string text) {
 }
 
 void TreeNode::clean() {
-    cleaned_ = std::exchange(stages_, {});
+    std::move(stages_.begin(), stages_.end(), std::back_inserter(cleaned_));
+    stages_.clear();
     action_ = nullptr;
     growth_ = nullptr;
 }

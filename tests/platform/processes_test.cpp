@@ -1,4 +1,5 @@
 #include "platform/console.h"
+#include "platform/input.h"
 #include "platform/pager.h"
 #include "platform/processes.h"
 #include "tests/support/appliance.h"
@@ -98,8 +99,25 @@ TEST_F(ProcessTest, Confirmation) {
     for (const char* input : {"y\n", "YES\n", " Yes \r\n", "yes"}) {
         EXPECT_EQ(confirm(input), 1) << input;
     }
-    for (const char* input : {"n\n", "\n", "", "yess\n", "\ny\n"}) {
+    for (const char* input : {"n\n", "No\n", ""}) {
         EXPECT_EQ(confirm(input), 0) << input;
+    }
+}
+
+// A script's line that answers nothing is no, is told, and is still there.
+TEST_F(ProcessTest, LinesThatAnswerNothing) {
+    for (const std::string line : {"", "yess", "web show"}) {
+        int answer = -1;
+        std::string next;
+        const support::Output output = Capture(
+            [&] {
+                answer = shell_get_user_confirmation("Sure?");
+                EXPECT_EQ(script_input::ReadLine(next), script_input::Reading::kLine);
+            },
+            line + "\ny\n");
+        EXPECT_EQ(answer, 0) << line;
+        EXPECT_EQ(next, line);
+        EXPECT_NE(output.err.find("does not answer the question, which counts as no\n"), std::string::npos);
     }
 }
 

@@ -35,8 +35,11 @@ Snapshot TakeSnapshot(const std::vector<std::string>& roots) {
     for (const std::string& root : roots) {
         std::filesystem::recursive_directory_iterator entry(root, options);
         for (; entry != std::filesystem::recursive_directory_iterator(); ++entry) {
-            if (entry->path() == "/run/lock") {
+            if (entry->path() == "/run/lock")
                 entry.disable_recursion_pending();
+            if (entry->path() == "/run/conf-shell") {
+                entry.disable_recursion_pending();
+                continue;
             }
             snapshot.emplace(entry->path(), Look(entry->path(), started.st_ctim));
         }

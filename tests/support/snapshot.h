@@ -18,7 +18,7 @@ struct FileState {
 
 using Snapshot = std::map<std::string, FileState>;
 
-// Lock files below /run/lock are left out.
+// Lock files below /run/lock and the shells' own are left out.
 [[nodiscard]] Snapshot TakeSnapshot(const std::vector<std::string>& roots = {"/etc", "/mnt", "/run",
                                                                              "/var/lib"});
 
