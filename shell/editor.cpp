@@ -4,7 +4,9 @@
 #include "shell/walk.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 #include <histedit.h>
 #include <string_view>
@@ -46,6 +48,12 @@ std::string CommonBegin(const ShellWords& words) {
     std::string begin = words.front();
     for (const std::string& word : words)
         begin.erase(std::mismatch(begin.begin(), begin.end(), word.begin(), word.end()).first, begin.end());
+    // Whole characters: one that two words have in part is not common.
+    const auto is_cut = [&](const std::string& word) {
+        return begin.size() < word.size() && (static_cast<unsigned char>(word[begin.size()]) & 0xc0) == 0x80;
+    };
+    while (!begin.empty() && std::any_of(words.begin(), words.end(), is_cut))
+        begin.pop_back();
     return begin;
 }
 
@@ -53,15 +61,15 @@ std::string CommonBegin(const ShellWords& words) {
 std::string ListWords(const ShellWords& words) {
     std::size_t width = 0;
     for (const std::string& word : words)
-        width = std::max(width, word.size() + 2);
+        width = std::max(width, CountCharacters(word) + 2);
     std::string text;
     std::size_t column = 0;
     for (const std::string& word : words) {
-        if (column > 0 && column + word.size() > LineWidth()) {
+        if (column > 0 && column + CountCharacters(word) > LineWidth()) {
             text += '\n';
             column = 0;
         }
-        text += word + std::string(width - word.size(), ' ');
+        text += Printable(word) + std::string(width - CountCharacters(word), ' ');
         column += width;
     }
     return text + '\n';
@@ -147,7 +155,12 @@ Editor::~Editor() = default;
 bool Editor::Read(const std::string& prompt, std::string& line) {
     prompt_ = prompt;
     int count = 0;
-    const char* const text = el_gets(line_.get(), &count);
+    const char* text = ReadHeld(&count);
+    // An interrupt from elsewhere abandons the line, as the key does.
+    while (text == nullptr && errno == EINTR) {
+        std::puts("");
+        text = ReadHeld(&count);
+    }
     if (text == nullptr || count <= 0)
         return false;
     line.assign(text, static_cast<std::size_t>(count));
@@ -157,8 +170,26 @@ bool Editor::Read(const std::string& prompt, std::string& line) {
     return true;
 }
 
+// The library takes a new size of the terminal in the midst of whatever it does, and writes beyond its screen
+// when the line has no room there any more. It learns of the size in front of each line instead.
+const char* Editor::ReadHeld(int* count) {
+    sigset_t resizing;
+    sigset_t previous;
+    ::sigemptyset(&resizing);
+    ::sigaddset(&resizing, SIGWINCH);
+    ::pthread_sigmask(SIG_BLOCK, &resizing, &previous);
+    el_resize(line_.get());
+    errno = 0;
+    const char* const text = el_gets(line_.get(), count);
+    const int failure = errno;
+    ::pthread_sigmask(SIG_SETMASK, &previous, nullptr);
+    errno = failure;
+    return text;
+}
+
 void Editor::Remember(const std::string& line) {
-    if (line.find_first_not_of(" \t") == std::string::npos)
+    constexpr std::size_t kRemembered = 1024; // bytes: what is longer, nobody has typed
+    if (line.find_first_not_of(" \t") == std::string::npos || line.size() > kRemembered)
         return;
     HistEvent event;
     history(history_.get(), &event, H_ENTER, line.c_str());

@@ -28,6 +28,7 @@ public:
     const char* Prompt() const { return prompt_.c_str(); }
 
 private:
+    const char* ReadHeld(int* count);
     void Remember(const std::string& line);
 
     const TreeNode& root_;

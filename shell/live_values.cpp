@@ -1,3 +1,6 @@
+#include "commands/routing/route_store.h"
+#include "commands/vtysh/daemon.h"
+#include "commands/vtysh/saved_file.h"
 #include "platform/network.h"
 #include "platform/path_list.h"
 #include "records/conf_struct.h"
@@ -7,6 +10,7 @@
 #include "units/dhcp_relay/rules/lookup.h"
 #include "units/dhcp_server/model/gates.h"
 #include "units/snmp/communities.h"
+#include "units/snmp/trapsinks.h"
 #include "units/snmp/users.h"
 
 #include <set>
@@ -22,6 +26,93 @@ ShellWords ListInterfaces() {
     for (const std::string& name : corvanshell::get_int_list())
         names.insert(name);
     return {names.begin(), names.end()};
+}
+
+namespace {
+
+// The interface that stands behind the first two words.
+corvanshell::InterfaceEntry TypedInterface() {
+    constexpr std::size_t kPlace = 2; // inet ifconfig <interface>
+    corvanshell::InterfaceEntry entry;
+    const corvanshell::CConfStruct record(path_list::local_settings, true);
+    static_cast<void>(TypedWords().size() > kPlace && record.FindInterface(TypedWords()[kPlace], entry));
+    return entry; // with nothing in it when there is no such interface
+}
+
+ShellWords Sorted(const std::set<std::string>& words) {
+    return {words.begin(), words.end()};
+}
+
+ShellWords typed_words;
+
+} // namespace
+
+const ShellWords& TypedWords() {
+    return typed_words;
+}
+
+void SetTypedWords(const ShellWords& words) {
+    typed_words = words;
+}
+
+ShellWords ListAliases() {
+    return TypedInterface().alias_addresses;
+}
+
+ShellWords ListChildVlans() {
+    const corvanshell::CConfStruct record(path_list::local_settings, true);
+    std::set<std::string> ids;
+    for (const auto& [name, entry] : record.Interfaces()) {
+        if (!entry.vlan.empty() && TypedWords().size() > 2 && entry.parent == TypedWords()[2])
+            ids.insert(entry.vlan);
+    }
+    return Sorted(ids);
+}
+
+ShellWords ListRangeBegins() {
+    return settings::dhcp_server::CollectValues("subnet/range/@from");
+}
+
+ShellWords ListRangeEnds() {
+    return settings::dhcp_server::CollectValues("subnet/range/@to");
+}
+
+ShellWords ListRouteDestinations() {
+    std::set<std::string> destinations;
+    const routing::RouteStore store;
+    for (const auto& [destination, route] : store.All())
+        destinations.insert(destination);
+    return Sorted(destinations);
+}
+
+ShellWords ListRouteNextHops() {
+    std::set<std::string> gateways;
+    const routing::RouteStore store;
+    for (const auto& [destination, route] : store.All())
+        gateways.insert(route.gateway);
+    return Sorted(gateways);
+}
+
+ShellWords ListPolicyPriorities() {
+    // inet policy rule <delete|clear> <policy> <priority>, inet show policy rule <policy> <priority>
+    const std::string header = TypedWords().empty() ? "" : "ip rule " + TypedWords().back() + " ";
+    std::set<std::string> priorities;
+    static_cast<void>(vtysh::ReadSaved(vtysh::kZebra, [&](const std::string& line) {
+        if (line.starts_with(header))
+            priorities.insert(line.substr(header.size()));
+        return true;
+    })); // a file that can't be read offers nothing
+    return Sorted(priorities);
+}
+
+ShellWords ListTrapReceivers() {
+    return snmp::ListTrapsinkDestinations();
+}
+
+ShellWords ListUserReceivers() {
+    constexpr std::size_t kPlace = 4; // snmp user receiver delete <user>
+    return TypedWords().size() > kPlace ? snmp::ListUserTrapsessDestinations(TypedWords()[kPlace])
+                                        : ShellWords();
 }
 
 ShellWords ListDhcpHosts() {

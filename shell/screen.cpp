@@ -31,4 +31,25 @@ std::string WrapBehind(std::size_t indent, const std::string& text) {
     return wrapped;
 }
 
+std::string Printable(std::string_view text) {
+    std::string printable;
+    std::size_t missing = 0; // bytes of a character that has begun
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        const bool goes_on = (byte & 0xc0) == 0x80;
+        const bool is_steering =
+            byte == 0xc2 && i + 1 < text.size() && (static_cast<unsigned char>(text[i + 1]) & 0xe0) == 0x80;
+        if (is_steering)
+            ++i;
+        const bool is_good = byte >= ' ' && byte != 0x7f && !is_steering && (!goes_on || missing > 0);
+        printable += is_good ? text[i] : '?';
+        missing = goes_on                      ? missing - (missing > 0 ? 1 : 0)
+                  : is_steering || byte < 0xc2 ? 0
+                  : byte < 0xe0                ? 1
+                  : byte < 0xf0                ? 2
+                                               : 3;
+    }
+    return printable;
+}
+
 } // namespace shell

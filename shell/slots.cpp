@@ -38,9 +38,19 @@ Stage Text() {
     return MakeNode(Checked(is_good));
 }
 
+template <bool (*turn)(const std::string&, std::string&)>
+Stage Form() {
+    return MakeNode(Turned(turn));
+}
+
 template <bool (*is_good)(const std::string&), ShellWords (*words)()>
 Stage Live() {
     return MakeNode(Listed(is_good, words));
+}
+
+bool IsPolicyPriority(const std::string& text) {
+    std::string parsed;
+    return value::PolicyPriority().parse(text, parsed);
 }
 
 struct Slot {
@@ -54,27 +64,35 @@ constexpr Slot kSlots[] = {
     {"<address>", "an IPv4 address, such as 192.168.1.1", Text<arguments::IsAddress>},
     {"<addresses>", "IPv4 addresses, in quotes when there are several: \"10.0.0.1, 10.0.0.2\"",
      Text<IsAddressList>},
+    {"<alias>", "the IPv4 address of an alias", Live<arguments::IsAddress, ListAliases>},
     {"<destination>", "an IPv4 address of a network or a host", Text<arguments::IsAddress>},
     {"<from>", "the first IPv4 address of a range", Text<arguments::IsAddress>},
-    {"<mac>", "a hardware address, such as 00:11:22:33:44:55", Text<IsMacAddress>},
-    {"<netmask>", "a netmask, such as 255.255.255.0", Text<arguments::IsNetmask>},
+    {"<mac>", "a hardware address, such as 00:11:22:33:44:55", Form<TurnMac>},
+    {"<netmask>", "a netmask, such as 255.255.255.0, or its prefix length, such as 24", Form<TurnNetmask>},
     {"<network>", "the IPv4 address of a network", Live<arguments::IsAddress, ListDhcpSubnets>},
     {"<next-hop>", "the IPv4 address of a gateway", Text<arguments::IsAddress>},
     {"<prefix>", "an IPv4 address, alone or with a prefix length: 10.0.0.0/8", Text<arguments::IsNetwork>},
+    {"<range-from>", "the first IPv4 address of a range", Live<arguments::IsAddress, ListRangeBegins>},
+    {"<range-to>", "the last IPv4 address of a range", Live<arguments::IsAddress, ListRangeEnds>},
+    {"<receiver>", "an IPv4 address or a domain name", Live<IsServerName, ListTrapReceivers>},
+    {"<routed>", "an IPv4 address of a network or a host", Live<arguments::IsAddress, ListRouteDestinations>},
+    {"<routed-hop>", "the IPv4 address of a gateway", Live<arguments::IsAddress, ListRouteNextHops>},
     {"<server>", "an IPv4 address or a domain name", Text<IsServerName>},
     {"<target>", "an IPv4 address or a host name", Text<IsServerName>},
     {"<to>", "the last IPv4 address of a range", Text<arguments::IsAddress>},
+    {"<user-receiver>", "an IPv4 address or a domain name", Live<IsServerName, ListUserReceivers>},
     // Interfaces and bonds.
     {"<ad-select>", "how aggregates are chosen", Known<value::BondingAdSelect>},
     {"<bond-mode>", "the mode of a bond", Known<value::BondingMode>},
     {"<bound-slave>", "a slave interface of a bond", Known<value::BondingBoundSlaveInterface>},
+    {"<child-vlan>", "the ID of a VLAN child", Live<IsVlanId, ListChildVlans>},
     {"<free-bond>", "the number of a bond that is not there yet, such as 0 for bond0",
      Known<value::BondingFreeBondId>},
     {"<interface>", "an interface", Live<arguments::IsInterfaceName, ListInterfaces>},
     {"<lacp-rate>", "how often LACPDU packets are sent", Known<value::BondingLacpRate>},
     {"<loose-slave>", "a slave interface without a bond", Known<value::BondingLooseSlaveInterface>},
-    {"<metric>", "a decimal number", Text<arguments::IsNumber>},
-    {"<metric-or-none>", "a decimal number, or none", Text<arguments::IsMetric>},
+    {"<metric>", "a decimal number up to 4294967295", Text<IsKernelMetric>},
+    {"<metric-or-none>", "a decimal number up to 4294967295, or none", Text<IsKernelMetricOrNone>},
     {"<mtu>", "a decimal number, or auto", Text<arguments::IsMtu>},
     {"<primary-slave>", "a slave interface of the bond, or none", Known<value::BondingPrimarySlaveInterface>},
     {"<speed>", "in Mbit/s: 10, 100, 1000 and so on", Text<arguments::IsNumber>},
@@ -87,6 +105,7 @@ constexpr Slot kSlots[] = {
     {"<priority>", "the priority of a rule", Known<value::PolicyPriority>},
     {"<table-name>", "the name of a routing table", Known<value::ExistingTablesName>},
     {"<table-number>", "the number of a routing table", Known<value::ExistingTablesNumber>},
+    {"<used-priority>", "the priority of a rule: 1024..2048", Live<IsPolicyPriority, ListPolicyPriorities>},
     {"<weight>", "the weight of a route, a decimal number", Text<arguments::IsNumber>},
     // Dead gateway detection.
     {"<action-priority>", "the priority of an action", Known<value::DgdNumber>},
@@ -101,7 +120,7 @@ constexpr Slot kSlots[] = {
     {"<number>", "a decimal number", Known<value::DgdNumber>},
     // Units.
     {"<bytes>", "bytes as hexadecimal digits, such as 01:a0:ff", Text<IsBytes>},
-    {"<new-host>", "the name of a new host", Text<arguments::IsName>},
+    {"<new-host>", "the name of a new host", Text<IsHostName>},
     {"<domain>", "a domain name", Text<IsDomainName>},
     {"<option>", "the name of an option", Live<arguments::IsName, ListAllOptions>},
     {"<flag-option>", "an option that is on or off",

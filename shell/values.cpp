@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <cstdint>
 #include <string_view>
 
 namespace shell {
@@ -73,8 +74,46 @@ bool IsAddressList(const std::string& text) {
     return true;
 }
 
-bool IsMacAddress(const std::string& text) {
-    return HasForm(text, "xx:xx:xx:xx:xx:xx");
+bool TurnMac(const std::string& text, std::string& mac) {
+    std::string turned = text;
+    std::replace(turned.begin(), turned.end(), '-', ':');
+    const bool is_good = HasForm(turned, "xx:xx:xx:xx:xx:xx");
+    if (is_good)
+        mac = turned;
+    return is_good;
+}
+
+bool TurnNetmask(const std::string& text, std::string& netmask) {
+    const std::string length = text.substr(text.starts_with('/') ? 1 : 0);
+    const std::string turned = arguments::IsNumber(length) ? corvanshell::cidr_to_subnetmask(length) : text;
+    const bool is_good = arguments::IsNetmask(turned);
+    if (is_good)
+        netmask = turned;
+    return is_good;
+}
+
+bool IsHostName(const std::string& text) {
+    const auto is_end = [](char letter) { return std::isalnum(static_cast<unsigned char>(letter)) != 0; };
+    for (std::size_t begin = 0, end = 0; end != std::string::npos; begin = end + 1) {
+        end = text.find('.', begin);
+        const std::string part = text.substr(begin, end - begin);
+        if (part.empty() || !is_end(part.front()) || !is_end(part.back()))
+            return false;
+    }
+    return arguments::IsName(text);
+}
+
+bool IsKernelMetric(const std::string& text) {
+    return arguments::IsNumber(text) && std::stoull(text) <= UINT32_MAX;
+}
+
+bool IsKernelMetricOrNone(const std::string& text) {
+    return text == "none" || IsKernelMetric(text);
+}
+
+bool IsVlanId(const std::string& text) {
+    std::string parsed;
+    return Range(1, 4094).parse(text, parsed);
 }
 
 bool IsBytes(const std::string& text) {

@@ -1,6 +1,8 @@
 #include "shell/walk.h"
 
+#include "shell/quiet_list.h"
 #include "shell/screen.h"
+#include "shell/values.h"
 
 #include <algorithm>
 
@@ -16,21 +18,23 @@ bool IsValue(const TreeNode& stage) {
     return stage.label().starts_with('<');
 }
 
-// What a value has to offer of words that the text begins: "0xB8 (EF)", or one sentence that says why there
-// are none.
+// What a stage has to offer of words that the text begins: "0xB8 (EF)", or a sentence that says why there are
+// none.
 ShellWords ListValues(const TreeNode& stage, const std::string& begin) {
-    ShellWords words = stage.completion();
+    ShellWords words = IsValue(stage) ? ListQuietly([&] { return stage.completion(); }) : stage.completion();
     std::erase_if(words, [&](const std::string& word) { return !word.starts_with(begin); });
     return words;
 }
 
-// What of that can be typed.
+// What of that can be typed: what the stage takes, otherwise what it takes in front of a remark.
 ShellWords ListCompletions(const TreeNode& stage, const std::string& begin) {
     ShellWords words;
     for (const std::string& offered : ListValues(stage, begin)) {
-        const bool is_sentence = IsValue(stage) && offered.ends_with('.');
-        if (!is_sentence)
-            words.push_back(offered.substr(0, IsValue(stage) ? offered.find(" (") : std::string::npos));
+        const std::string bare = offered.substr(0, offered.find(" ("));
+        if (stage.match(offered))
+            words.push_back(offered);
+        else if (stage.match(bare))
+            words.push_back(bare);
     }
     return words;
 }
@@ -41,25 +45,16 @@ std::string Indent(std::size_t width) {
 
 // The words in lines below the help. A remark stays with its word: "0xB8 (EF)".
 std::string WrapWords(const ShellWords& words) {
-    constexpr char kHeld = '\x1f';
+    constexpr char kHeld = '\xff'; // no byte of a text
     std::string joined;
     for (const std::string& word : words) {
         joined += (joined.empty() ? "" : " ") + word;
         if (const std::size_t remark = joined.rfind(" ("); remark != std::string::npos)
             joined[remark] = kHeld;
     }
-    std::string wrapped = WrapBehind(kHelpColumn, joined);
+    std::string wrapped = WrapBehind(kHelpColumn, Printable(joined));
     std::replace(wrapped.begin(), wrapped.end(), kHeld, ' ');
     return Indent(kHelpColumn) + wrapped + "\n";
-}
-
-// The line for the terminal: what it can't show is a "?".
-std::string Shown(std::string_view line) {
-    std::string shown(line);
-    std::replace_if(
-        shown.begin(), shown.end(),
-        [](char letter) { return static_cast<unsigned char>(letter) < ' ' || letter == 0x7f; }, '?');
-    return shown;
 }
 
 // The last word of a line that is being typed.
@@ -84,6 +79,7 @@ Cursor FindCursor(const TreeNode& root, std::string_view line) {
     const Position position = Follow(root, words);
     if (position.taken == words.size())
         cursor.node = position.node;
+    SetTypedWords(words);
     return cursor;
 }
 
@@ -182,8 +178,9 @@ std::string DescribeFault(std::string_view line, const Line& words, const Positi
                                               : "wrong word, in its place may stand:";
     const std::size_t width = std::max<std::size_t>(CountCharacters(line.substr(0, wrong.end)), 1);
     const std::size_t indent = CountCharacters(line.substr(0, wrong.begin));
-    return Shown(line) + "\n" + Indent(indent) + std::string(std::max<std::size_t>(width - indent, 1), '^') +
-           "\n" + what + "\n" + FormatOffers(offers);
+    return Printable(line) + "\n" + Indent(indent) +
+           std::string(std::max<std::size_t>(width - indent, 1), '^') + "\n" + what + "\n" +
+           FormatOffers(offers);
 }
 
 } // namespace shell

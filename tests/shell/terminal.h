@@ -8,18 +8,20 @@
 #include <poll.h>
 #include <pty.h>
 #include <string>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 // A program at a terminal of its own, and somebody who types.
 class Terminal {
 public:
-    explicit Terminal(const char* program) {
+    explicit Terminal(const char* program, const char* option = nullptr, const char* value = nullptr) {
         winsize size{.ws_row = 24, .ws_col = 80, .ws_xpixel = 0, .ws_ypixel = 0};
         pid_ = forkpty(&descriptor_, nullptr, nullptr, &size);
         if (pid_ == 0) {
             setenv("TERM", "xterm", 1);
-            execl(program, program, nullptr);
+            execl(program, program, option, value, nullptr);
             _exit(127);
         }
     }
@@ -46,6 +48,18 @@ public:
                                               << ::testing::PrintToString(turn.answer) << " but "
                                               << ::testing::PrintToString(screen_.substr(seen_));
         }
+    }
+
+    // The window becomes another size.
+    void Resize(unsigned short rows, unsigned short columns) {
+        const winsize size{.ws_row = rows, .ws_col = columns, .ws_xpixel = 0, .ws_ypixel = 0};
+        ASSERT_EQ(ioctl(descriptor_, TIOCSWINSZ, &size), 0);
+    }
+    void Send(int signal) const { ASSERT_EQ(kill(pid_, signal), 0); }
+    // Whether the terminal shows what is typed.
+    bool Echoes() const {
+        termios state{};
+        return tcgetattr(descriptor_, &state) == 0 && (state.c_lflag & ECHO) != 0;
     }
 
     // The exit status, when it ends.

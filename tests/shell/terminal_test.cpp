@@ -1,6 +1,8 @@
 #include "tests/shell/shell_fixture.h"
 #include "tests/shell/terminal.h"
 
+#include <algorithm>
+
 namespace {
 
 using support::ReadFile;
@@ -74,6 +76,96 @@ TEST_F(TerminalTest, QuestionsAreAnswered) {
         {"inet route clear\r", question},
         {"y\r", "The static routes have been removed\r\n" + kPrompt},
     });
+}
+
+// What is pasted behind a question's answer is nobody's answer, and is not lost.
+TEST_F(TerminalTest, PastedLinesGoWhereTheyStand) {
+    ASSERT_EQ(
+        RunLine("dhcp-server interface eth1 add host one mac 02:00:00:00:0a:01 address 192.168.1.81").status,
+        0);
+    ASSERT_EQ(
+        RunLine("dhcp-server interface eth1 add host two mac 02:00:00:00:0a:02 address 192.168.1.82").status,
+        0);
+    Terminal shell(kShell);
+    shell.Converse({
+        {"", kPrompt},
+        {"dhcp-server host one delete\ry\ry\rweb port 8443\rweb show\r", "[y/N] "},
+        {"", "wrong word"}, // the second y is a line
+        {"", "port: 8443\r\n"},
+        {"", kPrompt},
+        {"dhcp-server host two delete\r", "[y/N] "},
+        {"n\r", kPrompt},
+        {"exit\r", "exit\r\n"},
+    });
+    EXPECT_EQ(shell.Wait(), 1);
+    const std::string settings = RunLine("dhcp-server show settings").out;
+    EXPECT_EQ(settings.find("host one"), std::string::npos);
+    EXPECT_NE(settings.find("host two"), std::string::npos);
+}
+
+TEST_F(TerminalTest, HiddenInputShowsAgain) {
+    for (const char* key : {"\x03", "\x1c"}) {
+        Terminal shell(kShell, "-c", "snmp user add bob sha");
+        shell.Converse({{"", "password: "}});
+        EXPECT_FALSE(shell.Echoes());
+        shell.Converse({{key, ""}});
+        EXPECT_EQ(shell.Wait(), -1);
+        EXPECT_TRUE(shell.Echoes());
+    }
+}
+
+TEST_F(TerminalTest, SmallWindowsAndSignalsEndNothing) {
+    Terminal shell(kShell);
+    shell.Converse({{"", kPrompt}, {"web key file " + std::string(300, 'x') + "\f", "xxx\x1b"}});
+    shell.Resize(2, 12);
+    shell.Converse({{std::string(200, 'y') + "\x01" + std::string(10, 'z') + "\x05" + "q", "q"}});
+    shell.Resize(50, 100);
+    shell.Converse({{kAbandon, "(single)> "}});
+    shell.Resize(1, 5);
+    shell.Converse({{"\r", ">"}, {"web key none\t?" + kAbandon + kUp + kUp, ""}});
+    shell.Resize(24, 80);
+    shell.Converse({{kAbandon + "\r", kPrompt}, {"\r", kPrompt}});
+    shell.Send(SIGINT);
+    shell.Converse({{"", kPrompt}, {"web key file a.key\r", kPrompt}, {"web show\r", "a.key\r\n"}});
+}
+
+TEST_F(TerminalTest, NamesAreCompletedToThemselves) {
+    for (const char* name : {"rul\u00e9", "rul\u00e8", "ads (old)", "No adverts.", "x\u009b31m"})
+        ASSERT_EQ(RunLine("content-filter rule add pass name '" + std::string(name) + "'").status, 0);
+    Terminal shell(kShell);
+    const std::string line = "content-filter rule delete name ";
+    shell.Converse({
+        {"", kPrompt},
+        {line + "ru\t\f", kPrompt + line + "rul"},
+        {"\t", "rul\u00e8  rul\u00e9"},
+        {kAbandon + line + "ad\t\f", kPrompt + line + "\"ads (old)\" "},
+        {kAbandon + line + "N\t\f", kPrompt + line + "\"No adverts.\" "},
+        {kAbandon + line + "?", "x?31m"},
+    });
+    // Nobody waits for a lock at a key, and nothing is said of it.
+    const support::Daemon holder = support::HoldLock("/run/lock/settings.lock", true);
+    shell.Converse({{kAbandon + "inet ifconfig et\t", ""}, {kAbandon + "web show\r", "protocol: http"}});
+    EXPECT_EQ(shell.Screen().find("lock"), std::string::npos);
+}
+
+TEST_F(TerminalTest, HistorySurvivesAFullDisk) {
+    std::string lines;
+    for (int i = 0; i < 2500; ++i)
+        lines += "web port " + std::to_string(i) + "\n";
+    support::WriteFile(kHistory, lines, 0600);
+    for (const bool is_full : {true, false}) {
+        if (is_full)
+            support::FillDisk("/var/lib/conf-shell");
+        else
+            ASSERT_EQ(support::RunShell("umount /var/lib/conf-shell").status, 0);
+        if (!is_full)
+            support::WriteFile(kHistory, lines, 0600);
+        Terminal shell(kShell);
+        shell.Converse({{"", kPrompt}, {kUp + "\f", "web port 2499"}, {kAbandon + "exit\r", "exit"}});
+        EXPECT_EQ(shell.Wait(), 0);
+        const std::string kept = ReadFile(kHistory);
+        EXPECT_EQ(std::count(kept.begin(), kept.end(), '\n'), is_full ? 2500 : 1001);
+    }
 }
 
 TEST_F(TerminalTest, SecretsAreSeenNowhere) {

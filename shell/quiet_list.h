@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/shell_tree.h"
+
+#include <functional>
+
+namespace shell {
+
+// The words that the call lists, read while somebody types: in a process of its own, which says nothing, and
+// for a moment only. None when it takes longer, such as behind somebody's lock.
+ShellWords ListQuietly(const std::function<ShellWords()>& list);
+
+} // namespace shell
