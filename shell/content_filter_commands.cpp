@@ -1,4 +1,4 @@
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "shell/families.h"
 #include "units/content_filter/defaults.h"
 #include "units/content_filter/report.h"
@@ -13,7 +13,7 @@ using namespace settings::content_filter;
 using Text = const std::string&;
 
 bool ShowMode() {
-    shell_print_info("content filter is %s", IsContentFilterOn() ? "on" : "off");
+    PrintInfo("content filter is %s", IsContentFilterOn() ? "on" : "off");
     return true;
 }
 
@@ -25,6 +25,7 @@ std::string OrAny(Text addresses) {
 constexpr Command kCommands[] = {
     {"content-filter", "what the HTTP proxy lets through"},
     {"content-filter show", "rules and mode"},
+    {"content-filter show", "shows the rules and the default actions", kCall<&ShowRules>, kShows},
     {"content-filter show rules", "shows the rules and the default actions", kCall<&ShowRules>, kShows},
     {"content-filter show mode", "says whether the filter works", kCall<&ShowMode>, kShows},
     {"content-filter generate", "writes the proxy's configuration from the rules",

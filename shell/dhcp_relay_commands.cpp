@@ -1,9 +1,16 @@
+#include "platform/messages.h"
+#include "settings/file.h"
 #include "shell/families.h"
+#include "shell/removal.h"
+#include "shell/values.h"
+#include "units/dhcp_relay/daemon_settings.h"
 #include "units/dhcp_relay/report.h"
 #include "units/dhcp_relay/rules/listen_interfaces.h"
 #include "units/dhcp_relay/rules/lookup.h"
 #include "units/dhcp_relay/rules/servers.h"
 #include "units/dhcp_relay/unit.h"
+
+#include <algorithm>
 
 namespace shell {
 namespace {
@@ -15,12 +22,29 @@ std::string ServerId(const std::string& role) {
     return role == "external" ? kExternalServer : kBackupServer;
 }
 
+bool Show(Text relay) {
+    const ShellWords relays = ListRelays();
+    if (!relay.empty() && std::find(relays.begin(), relays.end(), relay) == relays.end())
+        return Refuse("DHCP relay %s does not exist", relay);
+    return PrintDhcpRelays(relay);
+}
+
+bool Check(Text relay) {
+    settings::File file(kDhcpRelayUnit, "");
+    return file.Load() && GenerateRelaySettings(file, nullptr, relay);
+}
+
+bool Erase(Text relay) {
+    return IsRemovalMeant("Remove the relay with its servers and interfaces?") && EraseRelay(relay);
+}
+
 constexpr Command kCommands[] = {
     {"dhcp-relay", "DHCP relays"},
     {"dhcp-relay show", "state and settings"},
-    {"dhcp-relay show settings [<relay>]", "shows the relays and their state", kCall<&PrintDhcpRelays>,
-     kShows},
+    {"dhcp-relay show settings [<relay>]", "shows the relays and their state", kCall<&Show>, kShows},
     {"dhcp-relay show file", "shows the settings file as it is", kCall<&DumpRelaySettings>, kShows},
+    {"dhcp-relay check [<relay>]", "checks the relays, or one, and says nothing when they are good",
+     kCall<&Check>, kShows},
     {"dhcp-relay generate", "writes the daemons' settings", [] { return DhcpRelayUnit(nullptr); }},
     {"dhcp-relay <relay> server", "servers behind the relay"},
     {"dhcp-relay <relay> server add", "adds a server"},
@@ -39,7 +63,7 @@ constexpr Command kCommands[] = {
      kCall<&AddRelayListenInterface>},
     {"dhcp-relay <relay> listen delete <interface>", "removes an interface",
      kCall<&RemoveRelayListenInterface>},
-    {"dhcp-relay <relay> delete", "removes the relay", kCall<&EraseRelay>},
+    {"dhcp-relay <relay> delete", "removes the relay, after a question", kCall<&Erase>},
 };
 
 } // namespace

@@ -1,12 +1,18 @@
+#include "platform/messages.h"
+#include "platform/network.h"
 #include "shell/families.h"
+#include "shell/removal.h"
+#include "shell/values.h"
 #include "units/dhcp_server/hosts.h"
 #include "units/dhcp_server/list_options.h"
+#include "units/dhcp_server/model/gates.h"
 #include "units/dhcp_server/report.h"
 #include "units/dhcp_server/reset.h"
 #include "units/dhcp_server/single_options.h"
 #include "units/dhcp_server/subnets.h"
 #include "units/dhcp_server/unit.h"
 
+#include <algorithm>
 #include <memory>
 #include <sstream>
 
@@ -67,6 +73,25 @@ constexpr auto kSetNamed = [](const Area& area, Text name, Text value) {
     return SetNamedOption(area, name.c_str(), name.c_str(), value);
 };
 
+bool Reset() {
+    return IsRemovalMeant("Remove all settings and leases of the DHCP server?") && ResetDhcpServerSettings();
+}
+
+// The daemon doesn't start with an address that has bits behind the mask.
+bool AddRemoteSubnet(Text network, Text netmask, Text interface) {
+    const std::string begin = corvanshell::getnetwork(network, netmask);
+    if (begin != network)
+        return Refuse("%s is no network of netmask %s, %s is", network, netmask, begin);
+    return AddRelayInterface(RemoteSubnet(network, netmask), interface);
+}
+
+bool EraseKnownHost(Text name) {
+    const ShellWords hosts = ListHostNames();
+    if (std::find(hosts.begin(), hosts.end(), name) == hosts.end())
+        return Refuse("host %s does not exist", name);
+    return EraseHost(Host(name));
+}
+
 constexpr Command kCommands[] = {
     {"dhcp-server", "the DHCP server"},
     {"dhcp-server show", "state and settings"},
@@ -84,8 +109,8 @@ constexpr Command kCommands[] = {
      kCall<&CheckDhcpServerSettings>, kShows},
     {"dhcp-server generate", "writes the daemon's files from the settings",
      [] { return DhcpServerUnit(nullptr); }},
-    {"dhcp-server reset", "goes back to defaults: no subnets, no daemon files, no leases",
-     kCall<&ResetDhcpServerSettings>},
+    {"dhcp-server reset", "goes back to defaults: no subnets, no daemon files, no leases; after a question",
+     kCall<&Reset>},
     {"dhcp-server interface", "the subnet of an interface of the appliance"},
     {"dhcp-server interface <interface> add",
      "adds to the subnet; alone, serves the network that the interface has"},
@@ -98,10 +123,7 @@ constexpr Command kCommands[] = {
     {"dhcp-server subnet", "a subnet that is reached through relays"},
     {"dhcp-server subnet <network> <netmask> add", "adds to the subnet"},
     {"dhcp-server subnet <network> <netmask> add interface <interface>",
-     "serves a remote network whose requests come in through a listen interface",
-     [](Text network, Text netmask, Text interface) {
-         return AddRelayInterface(RemoteSubnet(network, netmask), interface);
-     }},
+     "serves a remote network whose requests come in through a listen interface", kCall<&AddRemoteSubnet>},
     {"dhcp-server subnet <network> <netmask> delete", "removes from the subnet"},
     {"dhcp-server subnet <network> <netmask> delete interface <interface>",
      "serves it no longer, after a question",
@@ -110,7 +132,7 @@ constexpr Command kCommands[] = {
      }},
     {"dhcp-server <subnet> add range <from> <to>", "adds a range of addresses that clients get",
      kCall<&AddRange>},
-    {"dhcp-server <subnet> delete range <from> <to>", "removes a range", kCall<&RemoveRange>},
+    {"dhcp-server <subnet> delete range <range-from> <range-to>", "removes a range", kCall<&RemoveRange>},
     {"dhcp-server <subnet> add host <new-host> mac <mac> address <address>",
      "adds a host with a fixed address",
      [](const Subnet& subnet, Text name, Text mac, Text address) {
@@ -118,8 +140,7 @@ constexpr Command kCommands[] = {
      }},
     {"dhcp-server host", "a host with a fixed address"},
     {"dhcp-server host <host> delete", "removes from the host; alone, the host itself after a question"},
-    {"dhcp-server host <host> delete", "removes the host, after a question",
-     [](Text name) { return EraseHost(Host(name)); }},
+    {"dhcp-server host <host> delete", "removes the host, after a question", kCall<&EraseKnownHost>},
 
     // Options of the whole unit, a subnet or a host.
     {"dhcp-server [<area>] add", "adds an address to an option"},

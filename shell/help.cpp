@@ -1,6 +1,6 @@
 #include "shell/help.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/pager.h"
 #include "platform/shell_tree.h"
 #include "shell/families.h"
@@ -49,10 +49,8 @@ bool ShowHelp(const Values& words) {
                 text += FormatCommand(command);
         }
     }
-    if (text.empty()) {
-        shell_print_error("no command begins so");
-        return false;
-    }
+    if (text.empty())
+        return Refuse("no command begins so");
     text += DescribeCompounds(text);
     ShellPager pager;
     std::FILE* const stream = pager.open();

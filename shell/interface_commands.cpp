@@ -1,6 +1,7 @@
 #include "commands/interfaces/address.h"
 #include "commands/interfaces/aliases.h"
 #include "commands/interfaces/bonding.h"
+#include "commands/interfaces/bonding_report.h"
 #include "commands/interfaces/classes.h"
 #include "commands/interfaces/dhcp_client.h"
 #include "commands/interfaces/link.h"
@@ -9,13 +10,23 @@
 #include "commands/interfaces/slave_class.h"
 #include "commands/interfaces/state.h"
 #include "commands/interfaces/vlans.h"
+#include "platform/messages.h"
 #include "shell/families.h"
+#include "shell/values.h"
 
 namespace shell {
 namespace {
 
 using namespace interfaces;
 using Text = const std::string&;
+
+bool ShowBonding(Text name) {
+    if (!name.empty() && BondingInfo(name).empty())
+        return Refuse("%s: neither a bond nor a slave interface", name);
+    for (const std::string& shown : name.empty() ? ListInterfaces() : ShellWords{name})
+        PrintBondingInfo(shown);
+    return true;
+}
 
 constexpr Command kInterfaceCommands[] = {
     {"inet", "network settings"},
@@ -25,8 +36,8 @@ constexpr Command kInterfaceCommands[] = {
      "sets the main address; no other interface, alias or cluster address may stand in its network",
      kCall<&SetAddress>},
     {"inet ifconfig <interface> address add <address> <netmask>",
-     "adds an alias, which counts as an interface of the model's limit", kCall<&AddAlias>},
-    {"inet ifconfig <interface> address delete <address> <netmask>", "removes an alias", kCall<&DeleteAlias>},
+     "adds an alias behind a main address; it counts as an interface of the model's limit", kCall<&AddAlias>},
+    {"inet ifconfig <interface> address delete <alias> <netmask>", "removes an alias", kCall<&DeleteAlias>},
     {"inet ifconfig <interface> dhcp", "lets DHCP give the address; aliases go, after a question",
      kCall<&SetDhcp>},
     {"inet ifconfig <interface> dhcp route", "whether the routes of the lease are used"},
@@ -51,8 +62,8 @@ constexpr Command kInterfaceCommands[] = {
     {"inet ifconfig all reset", "gives the system what the settings say of all interfaces",
      kCall<&ResetAllInterfaces>},
     {"inet ifconfig <interface> class", "what the interface is used for"},
-    {"inet ifconfig <interface> class access", "makes it an access interface without an address",
-     kCall<&SetAccessClass>},
+    {"inet ifconfig <interface> class access",
+     "makes it an access interface without an address and without aliases", kCall<&SetAccessClass>},
     {"inet ifconfig <interface> class trunk", "makes it a trunk; its addresses go, after a question",
      kCall<&SetTrunkClass>},
     {"inet ifconfig <interface> class slave", "makes it a loose slave; its addresses go, after a question",
@@ -60,7 +71,7 @@ constexpr Command kInterfaceCommands[] = {
     {"inet ifconfig <interface> vlan", "VLAN children of a trunk"},
     {"inet ifconfig <interface> vlan add <1..4094>",
      "makes a VLAN child; an ID is used once in the appliance", kCall<&AddVlan>},
-    {"inet ifconfig <interface> vlan delete <1..4094>",
+    {"inet ifconfig <interface> vlan delete <child-vlan>",
      "removes the child, and the ID's comment when no interface has the ID any more", kCall<&DeleteVlan>},
     {"inet vlan", "comments of VLANs"},
     {"inet vlan <1..4094> comment", "the VLAN's comment"},
@@ -72,6 +83,8 @@ constexpr Command kInterfaceCommands[] = {
     {"inet show", "what the network does"},
     {"inet show interface", "shows the interfaces page by page, and how many there may be",
      kCall<&ShowInterfaces>, kShows},
+    {"inet show bonding [<interface>]", "shows what a bond or its slave is; without an interface all of them",
+     kCall<&ShowBonding>, kShows},
     {"inet ping <target>", "sends echo requests until Ctrl-C", kCall<&Ping>, kShows},
 };
 

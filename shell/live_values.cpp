@@ -1,6 +1,4 @@
-#include "commands/routing/route_store.h"
-#include "commands/vtysh/daemon.h"
-#include "commands/vtysh/saved_file.h"
+#include "commands/routing/known_values.h"
 #include "platform/network.h"
 #include "platform/path_list.h"
 #include "records/conf_struct.h"
@@ -78,31 +76,16 @@ ShellWords ListRangeEnds() {
 }
 
 ShellWords ListRouteDestinations() {
-    std::set<std::string> destinations;
-    const routing::RouteStore store;
-    for (const auto& [destination, route] : store.All())
-        destinations.insert(destination);
-    return Sorted(destinations);
+    return Sorted(routing::RouteDestinations());
 }
 
 ShellWords ListRouteNextHops() {
-    std::set<std::string> gateways;
-    const routing::RouteStore store;
-    for (const auto& [destination, route] : store.All())
-        gateways.insert(route.gateway);
-    return Sorted(gateways);
+    return Sorted(routing::RouteNextHops());
 }
 
+// inet policy rule <delete|clear> <policy> <priority>, inet show policy rule <policy> <priority>
 ShellWords ListPolicyPriorities() {
-    // inet policy rule <delete|clear> <policy> <priority>, inet show policy rule <policy> <priority>
-    const std::string header = TypedWords().empty() ? "" : "ip rule " + TypedWords().back() + " ";
-    std::set<std::string> priorities;
-    static_cast<void>(vtysh::ReadSaved(vtysh::kZebra, [&](const std::string& line) {
-        if (line.starts_with(header))
-            priorities.insert(line.substr(header.size()));
-        return true;
-    })); // a file that can't be read offers nothing
-    return Sorted(priorities);
+    return TypedWords().empty() ? ShellWords() : Sorted(routing::PolicyPriorities(TypedWords().back()));
 }
 
 ShellWords ListTrapReceivers() {

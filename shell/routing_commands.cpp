@@ -51,11 +51,11 @@ constexpr Command kCommands[] = {
      "[table name <table-name>] [table number <table-number>]",
      "adds the default route", kCall<&AddDefault>},
     {"inet route delete", "deletes static routes"},
-    {"inet route delete <destination> [table <table-number>|table name <table-name>]",
+    {"inet route delete <routed> [table <table-number>|table name <table-name>]",
      "deletes the routes to it, several after a question", kCall<&DeleteTo>},
-    {"inet route delete <destination> netmask <netmask> [table <table-number>] [table name <table-name>]",
+    {"inet route delete <routed> netmask <netmask> [table <table-number>] [table name <table-name>]",
      "deletes the routes to it, of that netmask", kCall<&DeleteMasked>},
-    {"inet route delete <destination> netmask <netmask> next-hop <next-hop> [table <table-number>] "
+    {"inet route delete <routed> netmask <netmask> next-hop <routed-hop> [table <table-number>] "
      "[table name <table-name>]",
      "deletes one route", kCall<&DeleteNextHop>},
     {"inet route delete default table", "the routing table, the main one when it is left out"},
@@ -64,7 +64,7 @@ constexpr Command kCommands[] = {
     {"inet route delete default [table <table-number>] [table name <table-name>]",
      "deletes the default routes",
      [](Text table, Text table_name) { return DeleteMasked(kDefaultRoute, "", table, table_name); }},
-    {"inet route delete default next-hop <next-hop> [table <table-number>] [table name <table-name>]",
+    {"inet route delete default next-hop <routed-hop> [table <table-number>] [table name <table-name>]",
      "deletes one default route",
      [](Text gateway, Text table, Text table_name) {
          return DeleteNextHop(kDefaultRoute, "", gateway, table, table_name);

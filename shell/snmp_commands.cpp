@@ -1,4 +1,4 @@
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "shell/families.h"
 #include "shell/secret.h"
 #include "shell/snmp_view.h"
@@ -17,20 +17,22 @@ namespace {
 using namespace snmp;
 using Text = const std::string&;
 
-// Two of one name could not be told apart.
-bool IsFree(const char* what, Text name, const std::vector<std::string>& names) {
-    if (std::find(names.begin(), names.end(), name) == names.end())
-        return true;
-    shell_print_error("%s %s already exists", what, name.c_str());
-    return false;
+bool IsAmong(const std::vector<std::string>& names, Text name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
 }
 
+// Two of one name could not be told apart.
 bool IsUserFree(Text name) {
-    return IsFree("user", name, ListUserNames());
+    return !IsAmong(ListUserNames(), name) || Refuse("user %s already exists", name);
 }
 
 bool IsCommunityFree(Text name) {
-    return IsFree("community", name, ListCommunities());
+    return !IsAmong(ListCommunities(), name) || Refuse("community %s already exists", name);
+}
+
+// Before somebody types a secret for a user who is not there.
+bool IsUserThere(Text name) {
+    return IsAmong(ListUserNames(), name) || Refuse("user %s does not exist", name);
 }
 
 bool AddUserWithPassword(Text name, Text auth_type) {
@@ -40,13 +42,27 @@ bool AddUserWithPassword(Text name, Text auth_type) {
 
 bool ChangePassword(Text name) {
     std::string password;
-    return AskSecret("password", password) && SetUserPassword(name, password);
+    return IsUserThere(name) && AskSecret("password", password) && SetUserPassword(name, password);
 }
 
 // Encryption needs the key that it is switched on with.
 bool Encrypt(Text name) {
     std::string key;
-    return AskSecret("privacy key", key) && SetUserPrivKey(name, key) && SetUserEncryption(name, "on");
+    return IsUserThere(name) && AskSecret("privacy key", key) && SetUserPrivKey(name, key) &&
+           SetUserEncryption(name, "on");
+}
+
+// Receivers go before communities, which may come later.
+bool AddReceiver(Text kind, Text destination, Text port, Text protocol, Text community) {
+    if (!IsAmong(ListCommunities(), community))
+        PrintWarning("community %s is not there, and reads nothing until it is added", community);
+    return AddTrapsink(destination, community, kind, port, protocol);
+}
+
+// By the word that it was added with, or the one that the settings have for it.
+bool DeleteReceiver(Text word, Text destination, Text port, Text protocol, Text community) {
+    const std::string type = TypeOfKind(word);
+    return DeleteTrapsink(destination, port, protocol, community, type.empty() ? word : type);
 }
 
 bool DontEncrypt(Text name) {
@@ -82,22 +98,19 @@ constexpr Command kCommands[] = {
     {"snmp community delete <community>", "removes a community", kCall<&DeleteCommunity>},
     {"snmp trap-receiver", "receivers of SNMPv1 and SNMPv2c traps"},
     {"snmp trap-receiver add <v1|v2|inform> <server> <1..65535> <udp|tcp> community <community>",
-     "adds a receiver, of which there are 16 at most",
-     [](Text kind, Text destination, Text port, Text protocol, Text community) {
-         return AddTrapsink(destination, community, kind, port, protocol);
-     }},
-    {"snmp trap-receiver delete <trapsink|trap2sink|informsink> <server> <1..65535> <udp|tcp> community "
-     "<community>",
-     "removes a receiver, by what snmp show says of it",
-     [](Text type, Text destination, Text port, Text protocol, Text community) {
-         return DeleteTrapsink(destination, port, protocol, community, type);
-     }},
+     "adds a receiver, of which there are 16 at most", kCall<&AddReceiver>},
+    {"snmp trap-receiver delete <v1|v2|inform|trapsink|trap2sink|informsink> <receiver> <1..65535> <udp|tcp> "
+     "community <community>",
+     "removes a receiver, by the words that it was added with or those of snmp show", kCall<&DeleteReceiver>},
     {"snmp user", "SNMPv3 users and their trap receivers"},
     {"snmp user add <word> <md5|sha>", "adds a user who may read, and asks for the password",
      kCall<&AddUserWithPassword>},
-    {"snmp user delete <user>", "removes a user", kCall<&DeleteUser>},
+    {"snmp user delete <user>", "removes a user",
+     [](Text name) { return IsUserThere(name) && DeleteUser(name); }},
     {"snmp user rename <user> <word>", "gives a user another name",
-     [](Text name, Text new_name) { return IsUserFree(new_name) && RenameUser(name, new_name); }},
+     [](Text name, Text new_name) {
+         return IsUserThere(name) && IsUserFree(new_name) && RenameUser(name, new_name);
+     }},
     {"snmp user password <user>", "asks for a new password", kCall<&ChangePassword>},
     {"snmp user authentication <user> <md5|sha>", "sets how the user is authenticated",
      kCall<&SetUserAuthType>},
@@ -112,7 +125,8 @@ constexpr Command kCommands[] = {
      [](Text user, Text type, Text destination, unsigned long port, Text protocol) {
          return AddUserTrapsess(user, destination, protocol, port, type);
      }},
-    {"snmp user receiver delete <user> <trap|inform> <server> <1..65535> <udp|tcp>", "removes a receiver",
+    {"snmp user receiver delete <user> <trap|inform> <user-receiver> <1..65535> <udp|tcp>",
+     "removes a receiver",
      [](Text user, Text type, Text destination, Text port, Text protocol) {
          return DeleteUserTrapsess(user, {destination, port, protocol, type});
      }},
