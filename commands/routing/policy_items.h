@@ -12,39 +12,44 @@
 
 namespace routing {
 
+namespace items {
+
+using Full = Format<std::string, unsigned long, std::string>;
+using Bare = Format<std::string, unsigned long>;
+using Any = std::variant<Full, Bare, Format<>>;
+
+template <class Text>
+consteval Any Choose(std::string_view text, Text format) {
+    const auto conversions = std::count(text.begin(), text.end(), '%');
+    if (conversions == 3)
+        return Full(format);
+    if (conversions == 2)
+        return Bare(format);
+    return Format<>(format);
+}
+
+} // namespace items
+
 // A text of the policy's name, the priority and a value, of the first two, or of none of them.
 class ItemFormat {
-    using Full = Format<std::string, unsigned long, std::string>;
-    using Bare = Format<std::string, unsigned long>;
-
 public:
-    consteval ItemFormat(const char* format) : format_(Choose(format, format)) {}
-    consteval ItemFormat(format::Translated format) : format_(Choose(format.text, format)) {}
+    consteval ItemFormat(const char* format) : format_(items::Choose(format, format)) {}
+    consteval ItemFormat(format::Translated format) : format_(items::Choose(format.text, format)) {}
 
     // Hands the format and the arguments that it takes to `print`.
     template <class Print>
     void Fill(const Print& print, const std::string& name, unsigned long priority,
               const std::string& value) const {
-        if (const Full* full = std::get_if<Full>(&format_))
+        if (const items::Full* full = std::get_if<items::Full>(&format_))
             print(*full, name, priority, value);
-        else if (const Bare* bare = std::get_if<Bare>(&format_))
+        else if (const items::Bare* bare = std::get_if<items::Bare>(&format_))
             print(*bare, name, priority);
         else
             print(std::get<Format<>>(format_));
     }
 
 private:
-    template <class Text>
-    static consteval std::variant<Full, Bare, Format<>> Choose(std::string_view text, Text format) {
-        const auto conversions = std::count(text.begin(), text.end(), '%');
-        if (conversions == 3)
-            return Full(format);
-        if (conversions == 2)
-            return Bare(format);
-        return Format<>(format);
-    }
-
-    std::variant<Full, Bare, Format<>> format_;
+    items::Any format_;
 };
 
 struct ItemTexts {
