@@ -50,7 +50,7 @@ bool WriteReport(Report& report, const std::string& id) {
     if (!file.Load())
         return false;
     if (!id.empty() && !FindRelay(file, id))
-        return Refuse("DHCP relay %s: relay is unconfigured", id);
+        return Refuse("DHCP relay %s: does not exist", id);
     const corvanshell::CommonConfStruct common;
     if (!common.CheckRead() || !report.Open())
         return false;

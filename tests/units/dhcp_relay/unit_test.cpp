@@ -10,8 +10,12 @@ using support::ReadFile;
 using support::RunShell;
 using support::WriteFile;
 
+// The first server of a role counts, and an element without a text is none.
 const std::string kFirst = R"(  <dhcp-relay id="1">
     <server id="1" interface="eth6">10.0.0.6</server>
+    <server id="1" interface="eth7">10.0.0.7</server>
+    <server id="0" interface="eth7"/>
+    <interface type="listen"/>
     <interface type="listen">eth8</interface>
     <interface type="listen">eth1</interface>
     <server id="0" interface="eth0">10.0.0.5</server>
@@ -92,12 +96,17 @@ TEST_F(RelayTest, FaultyRelayGetsNoLine) {
     }
 }
 
-// "1" and "01" are one number and so one relay.
+// "1" and "01" are one number and so one relay, and " 1" is as well.
 TEST_F(RelayTest, RelaysOfOneNumberShareWhatTheyHave) {
     Relays(Relay("1", Listen("eth1") + kServer) + Relay("01", Listen("eth7")));
     ExpectRequest("", true, {});
     EXPECT_EQ(ReadFile(kDaemonFile), "DHCP_RELAY_1='-i eth1 -i eth7 -iu eth0 10.0.0.5'\n"
                                      "DHCP_RELAY_01='-i eth1 -i eth7 -iu eth0 10.0.0.5'\n");
+    Relays(Relay("1", Listen("eth1")) + Relay(" 1", Listen("eth8") + kServer));
+    ExpectRequest(
+        "", false,
+        {"", "DHCP relay  1: ID in a format other than decimal is unsupported in daemon settings\n"});
+    EXPECT_EQ(ReadFile(kDaemonFile), "DHCP_RELAY_1='-i eth1 -i eth8 -iu eth0 10.0.0.5'\n");
 }
 
 TEST_F(RelayTest, GenerationForOneIdKeepsTheOtherLines) {
@@ -193,7 +202,7 @@ Backup DHCP server NA
 Internal listen interfaces eth7
 )",
                    ""});
-    Expect([] { return PrintDhcpRelays("7"); }, false, {"", "DHCP relay 7: relay is unconfigured\n"});
+    Expect([] { return PrintDhcpRelays("7"); }, false, {"", "DHCP relay 7: does not exist\n"});
     EXPECT_EQ(RunShell("ls /tmp/dhcp-relay-*").out, "");
 }
 

@@ -228,12 +228,17 @@ TEST_F(SnmpClusterTest, SingleApplianceErasesTheContexts) {
     unlink("/etc/failover.ini");
     Generate();
     EXPECT_TRUE(ReadClusterSettings().nodes.empty());
+    WriteFile(kCommon, Without(Settings(), "right")); // one alone is left, and monitors nobody
+    Generate();
+    EXPECT_THAT(ReadFile(kMain), Not(HasSubstr("proxy")));
 }
 
+// The passive node neither makes nor checks the contexts.
 TEST_F(SnmpClusterTest, OneNodeIsEnoughForItsLines) {
     State("1");
     WriteFile(kCommon, Without(Settings(), "right"));
     Generate();
+    EXPECT_EQ(ReadFile(kCommon), Without(Settings(), "right"));
     EXPECT_THAT(ReadFile(kMain), HasSubstr("proxy  -Cn \"Node1\" -v3 -u amy"));
 }
 
