@@ -18,6 +18,8 @@ cache deny all
 access_log none
 shutdown_lifetime 0 seconds
 include $1
+acl inside src 10.0.0.0/8 172.16.0.0/12 192.168.0.0/16
+http_access allow inside
 http_access deny all
 END
 }

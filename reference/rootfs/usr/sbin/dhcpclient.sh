@@ -68,7 +68,8 @@ case $1 in
     bound | renew)
         ip -4 address flush dev "$interface"
         ip address add "$ip/${subnet:-255.255.255.0}" broadcast + label "$interface" dev "$interface"
-        echo "${router%% *}" > "$leases/$interface"
+        rm -f "$leases/$interface"
+        [ -z "$router" ] || echo "${router%% *}" > "$leases/$interface" # there are leases without one
         set_routes
         # shellcheck disable=SC2086  # lists of words
         learn DHCP_DNS nameserver /etc/resolv.dhcp $dns
