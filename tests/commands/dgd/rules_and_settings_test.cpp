@@ -107,7 +107,7 @@ TEST_F(DgdTest, RefusedLines) {
     Type({
         "! inet dgd configuration syslog-level 0",
         "! inet dgd next-hop add new address 10.0.0.1 check icmp",
-        "! inet dgd next-hop add d interface eth1 no-check",
+        "inet dgd next-hop add d interface eth1 no-check",
         "! inet dgd next-hop delete name gw",
         "! inet dgd rule add r action-priority 50 service route command policy active p",
         "! inet dgd rule delete r action-priority 1",
