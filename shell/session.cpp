@@ -5,6 +5,7 @@
 #include "platform/input.h"
 #include "platform/messages.h"
 #include "platform/path_list.h"
+#include "records/cluster_edit.h"
 #include "shell/help.h"
 #include "shell/line.h"
 #include "shell/tree.h"
@@ -42,6 +43,14 @@ bool RunAction(TreeNode& root, const ShellWords& words) {
     }
 }
 
+// An edit of the cluster file ends with a guard; other files are accepted as they are.
+std::string WayOut(const std::string& file) {
+    if (file != path_list::failover_settings)
+        return "; conf-tool -p accepts it as it is";
+    const std::string edit = corvanshell::DescribeClusterEdit();
+    return !edit.empty() ? edit : "; conf-tool -p " + file + " accepts it as it is";
+}
+
 // Settings that are not as their guard says read as defaults, which looks like an appliance without any.
 void WarnOfGuards() {
     const std::pair<std::string, std::string> guarded[] = {
@@ -50,8 +59,7 @@ void WarnOfGuards() {
         {path_list::failover_settings + ".crg", path_list::failover_settings}};
     for (const auto& [guard, file] : guarded) {
         if (!corvanshell::CheckGuardFile(guard.c_str(), file.c_str(), nullptr))
-            PrintWarning(
-                "%s is not as its guard says, and reads as defaults; conf-tool -p accepts it as it is", file);
+            PrintWarning("%s is not as its guard says, and reads as defaults%s", file, WayOut(file));
     }
 }
 
