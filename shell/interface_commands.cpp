@@ -10,23 +10,13 @@
 #include "commands/interfaces/slave_class.h"
 #include "commands/interfaces/state.h"
 #include "commands/interfaces/vlans.h"
-#include "platform/messages.h"
 #include "shell/families.h"
-#include "shell/values.h"
 
 namespace shell {
 namespace {
 
 using namespace interfaces;
 using Text = const std::string&;
-
-bool ShowBonding(Text name) {
-    if (!name.empty() && BondingInfo(name).empty())
-        return Refuse("%s: neither a bond nor a slave interface", name);
-    for (const std::string& shown : name.empty() ? ListInterfaces() : ShellWords{name})
-        PrintBondingInfo(shown);
-    return true;
-}
 
 constexpr Command kInterfaceCommands[] = {
     {"inet", "network settings"},

@@ -101,9 +101,10 @@ bool ShowBonding(const std::string& name) {
     if (!record.CheckRead())
         return false;
     const Lines lines = name.empty() ? AllInfo(record) : Info(record, name);
+    if (lines.empty() && !name.empty())
+        return Refuse(Tr("%s: neither a bond nor a slave interface"), name);
     if (lines.empty())
-        return name.empty() ? Refuse(Tr("no bond and no slave interface"))
-                            : Refuse(Tr("%s: neither bond nor slave interface"), name);
+        PrintInfo(Tr("There is no bond and no slave interface."));
     WriteLines(lines);
     return true;
 }

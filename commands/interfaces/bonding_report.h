@@ -13,7 +13,7 @@ std::vector<std::string> BondingInfo(const std::string& name);
 void PrintBondingInfo(const std::string& name);
 
 // inet show bonding [<interface>]: the same of one interface, or of all bonds and the slaves of none.
-// False, reported, when there is none of them.
+// False, reported, for an interface that is neither.
 [[nodiscard]] bool ShowBonding(const std::string& name);
 
 } // namespace interfaces
