@@ -71,6 +71,8 @@ TEST_F(LinesTest, OneShellChangesWhileOthersWait) {
     EXPECT_EQ(result.err,
               "another shell is changing the settings (root on pts/7, process 42): nothing was changed "
               "here, please try again\n");
+    // The editor may stand open for hours, and has a lock of its own.
+    EXPECT_EQ(RunLine("failover config edit").err.find("another shell"), std::string::npos);
 }
 
 } // namespace

@@ -148,6 +148,26 @@ TEST_F(TerminalTest, NamesAreCompletedToThemselves) {
     EXPECT_EQ(shell.Screen().find("lock"), std::string::npos);
 }
 
+// What is there to be removed, of what stands in front in the line.
+TEST_F(TerminalTest, RemovalsOfferWhatThereIs) {
+    for (const char* line :
+         {"inet ifconfig eth1 address add 10.9.9.1 24", "inet route add 10.0.0.1 gateway 192.168.1.7",
+          "inet policy rule add work 1100 block", "inet policy rule add home 1200 block",
+          "snmp trap-receiver add v2 10.0.0.9 162 udp community public"})
+        ASSERT_EQ(RunLine(line).status, 0) << line;
+    Terminal shell(kShell);
+    shell.Converse({{"", kPrompt}});
+    const std::pair<std::string, std::string> cases[] = {
+        {"inet ifconfig eth1 address delete ", "10.9.9.1 "},
+        {"inet route delete 10", ".0.0.1 "},
+        {"inet route delete 10.0.0.1 netmask 32 next-hop ", "192.168.1.7 "},
+        {"inet policy rule clear work ", "1100 "},
+        {"inet show policy rule home ", "1200 "},
+        {"snmp trap-receiver delete v2 10.0", ".0.9 "}};
+    for (const auto& [line, rest] : cases)
+        shell.Converse({{line + "\t\f", kPrompt + line + rest}, {kAbandon, kPrompt}});
+}
+
 TEST_F(TerminalTest, HistorySurvivesAFullDisk) {
     std::string lines;
     for (int i = 0; i < 2500; ++i)
