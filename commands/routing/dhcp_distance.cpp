@@ -97,6 +97,8 @@ bool ShowDhcpRoutes() {
         return true;
     }
     const corvanshell::CConfStruct record(path_list::local_settings, true);
+    if (!record.CheckRead())
+        return false;
     const auto& interfaces = record.Interfaces();
     const bool enabled = std::any_of(interfaces.begin(), interfaces.end(),
                                      [](const auto& entry) { return UsesDhcp(entry.second); });
@@ -116,6 +118,8 @@ bool ShowDhcpClient() {
         return Refuse("%s", message);
     }
     const corvanshell::CConfStruct record(path_list::local_settings, true);
+    if (!record.CheckRead())
+        return false;
     PrintInfo(Tr("Administrative distance for DHCP/PPP routes: %s"), distance);
     if (!default_distance.empty())
         PrintInfo(Tr("Administrative distance for default DHCP/PPP routes: %s"), default_distance);

@@ -1,16 +1,15 @@
 #include "commands/routing/policy_show.h"
 
 #include "commands/routing/dscp.h"
+#include "commands/routing/route_listing.h"
 #include "commands/routing/tables.h"
 #include "commands/vtysh/saved_file.h"
 #include "platform/messages.h"
 #include "platform/pager.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <vector>
 
 namespace routing {
@@ -143,14 +142,12 @@ std::string FormatPolicies(const Policies& policies) {
            "\n";
 }
 
-void Page(const std::string& text) {
+bool Page(const std::string& text) {
     ShellPager pager;
     std::FILE* const opened = pager.open();
-    std::FILE* const stream = opened == nullptr ? stdout : opened;
-    std::fwrite(text.data(), 1, text.size(), stream);
-    if (std::fflush(stream) != 0 && errno != EPIPE)
-        PrintError("failed to write to stream: %s", std::strerror(errno));
+    const bool written = WriteText(text, opened == nullptr ? stdout : opened);
     pager.wait();
+    return written;
 }
 
 } // namespace
@@ -163,8 +160,7 @@ bool ShowPolicy(const std::string& name, const std::string& priority) {
         return false;
     if (policies.rules.empty())
         return Refuse(Tr("Policy rule(s) not found"));
-    Page(FormatPolicies(policies));
-    return true;
+    return Page(FormatPolicies(policies));
 }
 
 } // namespace routing

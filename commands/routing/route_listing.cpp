@@ -1,10 +1,11 @@
 #include "commands/routing/route_listing.h"
 
 #include "commands/routing/tables.h"
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <map>
@@ -84,13 +85,13 @@ Lines FormatRoutes(const Routes& routes, const std::string& table) {
 }
 
 // One walk over the routes, however many tables there are, and no text of them all.
-bool PrintTables(const Routes& routes, const Lines& tables) {
+bool PrintTables(const Routes& routes, const Lines& tables, bool& printed) {
+    printed = false;
     if (routes.empty())
-        return false;
+        return true;
     std::map<std::string_view, RouteList> by_table;
     for (const auto& [destination, route] : routes)
         by_table[route.table].push_back(&route);
-    bool printed = false;
     std::string text;
     for (const std::string& number : tables) {
         const Lines heading = FormatHeading(number);
@@ -101,9 +102,16 @@ bool PrintTables(const Routes& routes, const Lines& tables) {
         text += '\n';
         printed = true;
     }
-    PrintAndClear(text);
-    std::fflush(stdout);
-    return printed;
+    return WriteText(text, stdout);
+}
+
+bool WriteText(const std::string& text, std::FILE* stream) {
+    std::fwrite(text.data(), 1, text.size(), stream);
+    if (std::fflush(stream) == 0 && std::ferror(stream) == 0)
+        return true;
+    const int error = errno;
+    std::clearerr(stream);
+    return error != EPIPE && Refuse("failed to write to stream: %s", std::strerror(error));
 }
 
 Lines FormatRoutesPlain(const RouteStore& store, const Routes& routes) {

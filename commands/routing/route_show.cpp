@@ -13,9 +13,8 @@
 namespace routing {
 namespace {
 
-void Print(const std::string& text) {
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    std::fflush(stdout);
+bool PrintTable(const RouteStore& store, const std::string& number) {
+    return WriteText(JoinLines(FormatRoutes(store.All(), number)), stdout);
 }
 
 } // namespace
@@ -36,7 +35,10 @@ bool ShowStaticRoutes() {
         return false;
     LogInfo("command: inet show routing static");
     const RouteStore store;
-    if (!PrintTables(store.All(), GetTableNumbers()))
+    bool printed = false;
+    if (!PrintTables(store.All(), GetTableNumbers(), printed))
+        return false;
+    if (!printed)
         PrintInfo(Tr("No static routes defined"));
     return true;
 }
@@ -48,8 +50,7 @@ bool ShowRouteTable(const std::string& number) {
     const RouteStore store;
     if (!TableHasRoutes(number))
         return Refuse(Tr("Failed to show static route. Routes don't exist in this table."));
-    Print(JoinLines(FormatRoutes(store.All(), number)));
-    return true;
+    return PrintTable(store, number);
 }
 
 bool ShowRouteTableByName(const std::string& name) {
@@ -62,8 +63,7 @@ bool ShowRouteTableByName(const std::string& name) {
         return Refuse(Tr("Failed to show static route. Table name doesn't match table number."));
     if (!TableHasRoutes(number))
         return Refuse(Tr("Failed to show static route. Routes doesn't exist in this table."));
-    Print(JoinLines(FormatRoutes(store.All(), number)));
-    return true;
+    return PrintTable(store, number);
 }
 
 } // namespace routing

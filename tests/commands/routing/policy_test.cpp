@@ -185,6 +185,7 @@ TEST_F(PolicyTest, ShowsRulesAsTheCommandsSpellThem) {
                "ip policy q"});
     Type({"inet show policy rule all", "inet show policy rule p", "inet show policy rule p 1025",
           "inet show policy rule p 102", "inet show policy rule active"});
+    PlayOnFullDisk("inet show policy rule all", ShowAllPolicyRules);
     const std::string saved = support::ReadFile(kZebraFile);
     AnswerEach({"", "Table VPNS (ID 6):\n"});
     support::WriteFile(kZebraFile, saved);

@@ -1,4 +1,5 @@
 #include "commands/routing/route_delete.h"
+#include "commands/routing/route_show.h"
 #include "tests/commands/routing/routing_fixture.h"
 
 #include <unistd.h>
@@ -150,6 +151,8 @@ TEST_F(RouteCommandsTest, Listings) {
           "inet show routing static table name vpn", "inet show routing static table 6",
           "inet show routing static table name lan", "inet show routing static table name la",
           "inet show routing"});
+    PlayOnFullDisk("inet show routing static", ShowStaticRoutes);
+    PlayOnFullDisk("inet show routing static table 5", [] { return ShowRouteTable("5"); });
     ExpectTranscript("routing/listings");
 }
 
@@ -172,6 +175,8 @@ TEST_F(RouteCommandsTest, DhcpReports) {
     support::WriteFile("/run/quagga/dhcp-routes", "eth0       10.0.0.0/8          192.168.1.1      70\n");
     Configure({"router dhcp", "distance 60 default 50"}, "zdhcpd");
     Type({"inet show routing dhcp", "inet show dhcp client"});
+    support::WriteFile(path_list::local_settings, "ETH0_IP dhcp\n"); // not as its guard knows it
+    Type({"inet show dhcp client"});
     ExpectTranscript("routing/dhcp_reports");
 }
 

@@ -2,8 +2,11 @@
 
 #include "tests/support/command_test.h"
 
+#include <cstdio>
+#include <fcntl.h>
 #include <functional>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 // An appliance with its routing daemons: the working stand-in, whose running configuration can be watched, or
@@ -57,6 +60,20 @@ protected:
             found += text.substr(start + 1, text.find('\n', start + 1) - start);
         }
         return found;
+    }
+
+    // A line whose output can't be written.
+    void PlayOnFullDisk(const std::string& line, const Call& call) {
+        Play(line + " > /dev/full", [&] {
+            const int output = dup(STDOUT_FILENO), full = open("/dev/full", O_WRONLY | O_CLOEXEC);
+            std::fflush(stdout);
+            dup2(full, STDOUT_FILENO);
+            close(full);
+            const bool done = call();
+            dup2(output, STDOUT_FILENO);
+            close(output);
+            return done;
+        });
     }
 
     // From now on a recorder stands in the daemons' place, which says this to each command, in the order of
