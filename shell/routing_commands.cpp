@@ -25,7 +25,9 @@ bool AddDefault(Text gateway, Text distance, Text weight, Text table_name, Text 
 }
 
 bool DeleteTo(Text destination, std::string table, Text table_name) {
-    return ResolveTable(table_name, table) && RouteDeleteTo(destination, table, table_name);
+    const bool is_named = !table.empty() || !table_name.empty();
+    return ResolveTable(table_name, table) && (is_named ? RouteDeleteOfTable(destination, table, table_name)
+                                                        : RouteDeleteTo(destination, table));
 }
 
 bool DeleteMasked(Text destination, Text netmask, std::string table, Text table_name) {

@@ -138,16 +138,15 @@ bool RemoveTwins(const Removal& removal) {
                             Tr("Routes have been successfully deleted"));
 }
 
-bool DeleteTo(const RouteWords& typed) {
+bool DeleteTo(const RouteWords& typed, bool of_all_tables) {
     if (!Begin(typed))
         return false;
     LogInfo("Command: inet route delete %s", typed.destination);
     RouteStore store;
     Routes found = store.FindRoutes(typed.destination);
-    if (typed.table != kMainTable && !found.empty()) {
+    if (!of_all_tables && !found.empty()) {
         if (!CheckTableRoutes(typed.table) || !CheckTableExists(typed.table) || !CheckTableName(typed))
             return false;
-        // A table that is named keeps the others out.
         std::erase_if(found, [&](const auto& entry) { return entry.second.table != typed.table; });
     }
     if (found.empty())
@@ -205,8 +204,13 @@ std::string FormatRouteDeleteLog(const std::string& destination, const std::stri
     return FormatLog({destination, netmask, gateway, table, table_name});
 }
 
-bool RouteDeleteTo(const std::string& destination, const std::string& table, const std::string& table_name) {
-    return DeleteTo({destination, "", "", table, table_name});
+bool RouteDeleteTo(const std::string& destination, const std::string& table) {
+    return DeleteTo({destination, "", "", table, ""}, table == kMainTable);
+}
+
+bool RouteDeleteOfTable(const std::string& destination, const std::string& table,
+                        const std::string& table_name) {
+    return DeleteTo({destination, "", "", table, table_name}, false);
 }
 
 bool RouteDeleteMasked(const std::string& destination, const std::string& netmask, const std::string& table,

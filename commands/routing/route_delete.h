@@ -8,9 +8,11 @@ namespace routing {
 // number, "254" where the command names no table; `table_name` is "" when it wasn't typed. The last route of
 // a table takes the table with it, unless a policy rule needs the table: then the route stays.
 
-// The routes to the destination; with "254" those of every table.
-[[nodiscard]] bool RouteDeleteTo(const std::string& destination, const std::string& table,
-                                 const std::string& table_name = "");
+// The routes to the destination; with "254", where no table is named, those of every table.
+[[nodiscard]] bool RouteDeleteTo(const std::string& destination, const std::string& table);
+// Those of the table that is named, the main one too.
+[[nodiscard]] bool RouteDeleteOfTable(const std::string& destination, const std::string& table,
+                                      const std::string& table_name);
 [[nodiscard]] bool RouteDeleteMasked(const std::string& destination, const std::string& netmask,
                                      const std::string& table, const std::string& table_name);
 [[nodiscard]] bool RouteDeleteNextHop(const std::string& destination, const std::string& netmask,

@@ -96,7 +96,10 @@ TEST_F(RouteCommandsTest, WhatWasFoundIsDeletedOnceInItsTable) {
                        "ip route table 6 10.0.0.0/8 1.1.1.3",
                        "ip route table 6 10.0.0.0/16 1.1.1.3"};
     Configure(routes);
-    Type({"inet route delete 10.0.0.0 table name lan < y", "inet route delete 10.0.0.0 < y"});
+    Type({"inet route delete 10.0.0.0 table name lan < y", "inet route delete 10.1.0.0 table 254",
+          "inet route delete 10.0.0.0 table 254"});
+    Configure({"ip route 10.0.0.0/8 1.1.1.1"});
+    Type({"inet route delete 10.0.0.0 < y"});
     AnswerEach({"ip route table 5 10.0.0.0/8 1.1.1.1\nip route table 5 10.0.0.0/16 1.1.1.1\n",
                 "ip route table 5 ", kVpn, kVpn, "", ""});
     Type({"inet route delete 10.0.0.0 table 5 < y"});
