@@ -4,7 +4,7 @@
 #include "platform/messages.h"
 #include "records/common_conf_struct.h"
 #include "units/dhcp_relay/rules/interface_change.h"
-#include "units/dhcp_server/interface_rules.h"
+#include "units/dhcp_server/interface_change.h"
 #include "units/dhcp_server/model/gates.h"
 
 namespace interfaces {

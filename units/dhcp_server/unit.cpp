@@ -5,7 +5,7 @@
 #include "platform/messages.h"
 #include "settings/file.h"
 #include "units/dhcp_server/conversion.h"
-#include "units/dhcp_server/interface_rules.h"
+#include "units/dhcp_server/interface_change.h"
 #include "units/dhcp_server/model/area.h"
 #include "units/dhcp_server/model/gates.h"
 #include "units/dhcp_server/model/paths.h"

@@ -1,5 +1,5 @@
 #include "tests/units/dhcp_server/server_fixture.h"
-#include "units/dhcp_server/interface_rules.h"
+#include "units/dhcp_server/interface_change.h"
 #include "units/dhcp_server/subnets.h"
 
 #include <gmock/gmock.h>
