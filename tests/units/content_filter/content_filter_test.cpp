@@ -71,9 +71,9 @@ TEST_F(ContentFilterTest, GoldenConfigurationIsTakenByTheProxy) {
   <rule name="both"><source>10.1.0.0/16</source><destination>.c.example</destination>
     <http-command>GET</http-command><mime-type>video/mp4 image/svg+xml</mime-type><action>drop</action></rule>
   <rule name="neither"><source>10.2.0.1</source><destination>@any</destination><action>drop</action></rule>
-  <rule name="by hand"><source>10.3.0.0/16&#9;10.4.0.0/16</source><destination>.d.example&#9;.e.example</destination>
-    <http-command>PUT&#9;DELETE</http-command><mime-type/><mime-type>video/mp4</mime-type>
-    <action>ask&#10;"whom</action><action>drop</action></rule>)");
+  <rule name="by hand"><source>10.3.0.0/16&#9;10.4.0.0/16</source>
+    <destination>.d.example&#9;.e.example</destination><http-command>PUT&#9;DELETE</http-command>
+    <mime-type/><mime-type>video/mp4</mime-type><action>ask&#10;"whom</action><action>drop</action></rule>)");
     Expect(Generate, true,
            {"", "content-filter: rule 5: without http-command and mime-type it never applies\n"});
     support::ExpectGolden(kConfiguration, "units/content_filter/content-filter.conf");
