@@ -3,7 +3,6 @@
 #include "reference/routing/store.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
 
 namespace reference::routing {
@@ -15,8 +14,8 @@ constexpr std::uint32_t kFirstMark = 0xd6d00000;
 constexpr int kPreference = 100; // before the rules of every policy
 constexpr const char* kProtocol = " protocol 214 ";
 constexpr const char* kLeases = "/run/dhcpclient/";
-// Checks lie a little closer than configured: an edge takes a moment to have its effect, and traffic is to flow again
-// within count x interval + wait.
+// Checks lie a little closer than configured: an edge takes a moment to have its effect, and traffic is to
+// flow again within count x interval + wait.
 constexpr std::chrono::milliseconds kReserve{250};
 
 std::string Now() {

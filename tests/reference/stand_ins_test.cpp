@@ -143,9 +143,9 @@ TEST(EnterTest, NothingOfTheMachineIsWritten) {
 TEST(EnterTest, ApplianceInAnApplianceIsItsOwn) {
     if (RunShell("findmnt -no FSTYPE /").out == "overlay\n")
         GTEST_SKIP() << "the kernel lays no third overlay over two";
-    const support::Result result = RunShell("echo outer > /usr/bin/probe; " SOURCE_FOLDER
-                                            "/reference/enter sh -c 'echo inner > /usr/bin/probe; "
-                                            "ip link add v0 type veth peer name v1'; cat /usr/bin/probe; ip link");
+    const support::Result result = RunShell(
+        "echo outer > /usr/bin/probe; " SOURCE_FOLDER "/reference/enter sh -c 'echo inner > /usr/bin/probe; "
+        "ip link add v0 type veth peer name v1'; cat /usr/bin/probe; ip link");
     EXPECT_THAT(result.out, HasSubstr("outer\n"));
     EXPECT_THAT(result.out, ::testing::Not(HasSubstr("v0")));
     EXPECT_EQ(result.err, "");
