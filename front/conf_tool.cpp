@@ -1,8 +1,8 @@
 #include "front/file_protection.h"
+#include "front/helpers/process.h"
 #include "front/helpers/xml.h"
 #include "front/unit_dispatch.h"
-#include "platform/console.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/startup.h"
 #include "records/default_settings.h"
 #include "settings/file.h"
@@ -36,10 +36,8 @@ bool NeedsArguments(const char* format) {
 }
 
 bool Apply(const char* format) {
-    if (NeedsArguments(format)) {
-        shell_print_error("unit://%s: failed to parse unit URI", format);
-        return false;
-    }
+    if (NeedsArguments(format))
+        return Refuse("unit://%s: failed to parse unit URI", format);
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-security"
     return ApplyUnitUri(format);
@@ -79,6 +77,7 @@ bool RunOptions(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    StartProcess();
     if (argc == 1)
         return 1;
     slopen(kProgram, 9, 8);
@@ -93,6 +92,7 @@ int main(int argc, char** argv) {
         done = RunOptions(argc, argv);
         // Operands make the run fail, but only after every option has been run.
         done = done && optind == argc;
+        done = FlushOutput() && done;
         CleanupXml();
         TOO::ErrorFini();
         slclose();

@@ -1,6 +1,7 @@
 #include "front/file_protection.h"
 
 #include "platform/guards.h"
+#include "platform/locks.h"
 #include "platform/path_list.h"
 
 #include <climits>
@@ -38,7 +39,9 @@ bool ProtectFile(const char* file) {
     // A guard that is not beside the real file is one that others share.
     const corvanshell::GuardMode mode =
         std::strcmp(name, guard) == 0 ? corvanshell::kGuardOfOneFile : corvanshell::kSharedGuard;
-    return corvanshell::UpdateGuardFile(guard, mode, file, nullptr);
+    lock_tool::FileLock lock(path_list::settings_lock);
+    return lock.AcquireExclusive(settings_lock_timeout, true) &&
+           corvanshell::UpdateGuardFile(guard, mode, file, nullptr);
 }
 
 bool ProtectAllSettings() {
@@ -52,6 +55,9 @@ bool ProtectAllSettings() {
         {l2overip_guard, kSharedGuard, {&l2overip}},
         {nut_guard, kSharedGuard, {&nut, &upsmon}},
     };
+    lock_tool::FileLock lock(settings_lock);
+    if (!lock.AcquireExclusive(settings_lock_timeout, true))
+        return false;
     for (const GuardRow& row : rows) {
         if (!corvanshell::UpdateGuardFile(row.guard.c_str(), row.mode, NameOf(row.files[0]),
                                           NameOf(row.files[1]), NameOf(row.files[2]), nullptr))

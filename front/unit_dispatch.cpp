@@ -1,6 +1,6 @@
 #include "front/unit_dispatch.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 #include "units/content_filter/unit.h"
 #include "units/dhcp_relay/rules/lookup.h"
 #include "units/dhcp_relay/unit.h"
@@ -13,6 +13,7 @@
 #include <cstring>
 #include <libxml/uri.h>
 #include <memory>
+#include <string>
 
 namespace {
 
@@ -54,9 +55,7 @@ bool ApplyUnitUri(const char* format, ...) {
     std::vsnprintf(buffer + kPrefixSize, kUriSize - kPrefixSize, format, arguments);
     va_end(arguments);
     const Uri uri(xmlParseURI(buffer), xmlFreeURI);
-    if (uri == nullptr) {
-        shell_print_error("%s: failed to parse unit URI", buffer);
-        return false;
-    }
+    if (uri == nullptr)
+        return Refuse("%s: failed to parse unit URI", std::string(buffer));
     return Dispatch(uri.get());
 }

@@ -4,7 +4,9 @@
 #include <functional>
 #include <string>
 
-// The administrator's terminal. Every text is printf-style; a newline is added unless the text ends with one.
+// The administrator's terminal. Every text is printf-style; a newline is added unless the text ends with one,
+// and control characters that could command the terminal are shown by their numbers. A warning is marked as
+// one where it goes to a terminal.
 
 [[gnu::format(printf, 1, 2)]] void shell_print_error(const char* format, ...);
 [[gnu::format(printf, 1, 2)]] void shell_print_warning(const char* format, ...);

@@ -6,7 +6,8 @@
 
 namespace lock_tool {
 
-// A lock on a path, created when absent. One object holds it once; the destructor releases it.
+// A lock on a path, created when absent, and refused when it belongs to another user than root. One object
+// holds it once; the destructor releases it.
 class FileLock {
 public:
     explicit FileLock(std::string path);

@@ -16,8 +16,9 @@ public:
     [[nodiscard]] std::FILE* open();
     // Copies a file to the open pager. False when the file can't be read.
     bool print_file(const std::string& path);
-    // Ends the text, shows it, and waits until the administrator has left the pager.
-    void wait();
+    // Ends the text, shows it, and waits until the administrator has left the pager. False when it can't be
+    // shown; that is reported, unless the reader at the other end of a pipe has left.
+    bool wait();
 
 private:
     std::FILE* stream_ = nullptr;

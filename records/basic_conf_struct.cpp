@@ -4,6 +4,7 @@
 #include "platform/guards.h"
 #include "platform/messages.h"
 #include "platform/path_list.h"
+#include "platform/settings_file.h"
 #include "records/cluster_edit.h"
 
 #include <algorithm>
@@ -11,12 +12,10 @@
 #include <cerrno>
 #include <cstring>
 #include <exception>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <strings.h>
-#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -44,16 +43,6 @@ std::vector<std::string> SplitWords(const std::string& line) {
         start = line.find_first_not_of(kSeparators, end);
     }
     return words;
-}
-
-// Makes the file readable by its owner alone before a secret goes into it.
-void KeepSecret(const std::string& path) {
-    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
-    if (descriptor < 0)
-        return; // the open for writing reports it
-    if (fchmod(descriptor, 0600) != 0)
-        LogError("%s: failed to restrict access: %s", path, std::strerror(errno));
-    close(descriptor);
 }
 
 } // namespace
@@ -199,20 +188,14 @@ bool BasicConfStruct::WriteFile(bool secret) {
         return RefuseAndLog("%s: not written, as it was not read: %s", path, obstacle);
     if (!KeepUnread())
         return false;
-    if (secret)
-        KeepSecret(path);
-    std::ofstream output(path, std::ios::trunc);
-    if (!output)
-        return RefuseInLog("%s: failed to open: %s", path, std::strerror(errno));
-    WriteAll(output);
-    output.close();
-    const bool written = static_cast<bool>(output);
-    if (!written)
-        LogError("%s: failed to write: %s", path, std::strerror(errno));
-    const bool guarded = !check || UpdateGuardFile(path_list::settings_guard.c_str(), kOneOfSharedGuard,
-                                                   path.c_str(), nullptr);
+    std::ostringstream text;
+    WriteAll(text);
+    // The guard of a file that was cut short must not match it.
+    if (!WriteSettingsFile(path, text.view(), secret))
+        return RefuseInLog("%s: failed to write: %s", path, std::strerror(errno));
     reading = Reading::kWhole; // from now on the file holds what the record does
-    return guarded && written;
+    return !check ||
+           UpdateGuardFile(path_list::settings_guard.c_str(), kOneOfSharedGuard, path.c_str(), nullptr);
 }
 
 } // namespace corvanshell

@@ -1,7 +1,7 @@
 #include "records/common_conf_struct.h"
 
-#include "front/helpers/descriptor.h"
 #include "front/helpers/settings_lock.h"
+#include "platform/descriptor.h"
 #include "platform/messages.h"
 #include "platform/path_list.h"
 

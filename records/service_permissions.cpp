@@ -1,12 +1,11 @@
 #include "records/service_permissions.h"
 
 #include "front/probes/cluster.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/network.h"
 
 #include <fstream>
 #include <iostream>
-#include <libintl.h>
 
 namespace corvanshell {
 namespace {
@@ -22,8 +21,9 @@ bool IsUnlicensed(const ServiceRestrictions& restrictions, const std::string& se
     return restrictions.multi_disk_only.contains(service) && !is_service_licensed(service);
 }
 
-bool Refuse(const std::string& text) {
-    shell_log_info("%s", text.c_str());
+// Told as information and on standard output.
+bool Deny(const std::string& text) {
+    LogInfo("%s", text);
     std::cout << text << std::endl;
     return false;
 }
@@ -34,7 +34,7 @@ void ReadRestrictedList(std::set<std::string>& services, const std::string& path
     services.clear();
     std::ifstream input(path);
     if (!input) {
-        shell_log_warning(gettext("Failed to open restricted services list file: '%s'"), path.c_str());
+        LogWarning(Tr("Failed to open restricted services list file: '%s'"), path);
         return;
     }
     std::string line;
@@ -56,9 +56,9 @@ bool IsServiceRestricted(const ServiceRestrictions& restrictions, const std::str
 
 bool IsServicePermitted(const ServiceRestrictions& restrictions, const std::string& service) {
     if (IsForbiddenInCluster(restrictions, service))
-        return Refuse(gettext("Can't turn on ") + service + gettext(" service in cluster mode"));
+        return Deny(gettext("Can't turn on ") + service + gettext(" service in cluster mode"));
     if (IsUnlicensed(restrictions, service))
-        return Refuse(gettext("Your appliance is not allowed to run this service."));
+        return Deny(gettext("Your appliance is not allowed to run this service."));
     return true;
 }
 

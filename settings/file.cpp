@@ -1,12 +1,13 @@
 #include "settings/file.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
+#include "platform/settings_file.h"
 
-#include <fcntl.h>
+#include <cstring>
 #include <filesystem>
 #include <libxml/parser.h>
 #include <libxml/xpath.h>
-#include <sys/stat.h>
+#include <optional>
 #include <unistd.h>
 
 namespace settings {
@@ -21,15 +22,30 @@ const xmlChar* ToXml(const char* text) {
     return reinterpret_cast<const xmlChar*>(text);
 }
 
-// Makes the file, or what stands there, readable by its owner alone before a text goes into it.
-bool MakePrivate(const std::string& path) {
-    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
-    if (descriptor < 0)
-        return false;
-    const bool done = fchmod(descriptor, 0600) == 0;
-    close(descriptor);
-    return done;
+// What the parser takes from the text into its message stays out of the log.
+std::string WithoutTexts(const xmlError& error) {
+    std::string message = error.message != nullptr ? error.message : "";
+    for (const char* text : {error.str1, error.str2, error.str3}) {
+        const std::size_t place = text != nullptr && *text != '\0' ? message.find(text) : std::string::npos;
+        if (place != std::string::npos)
+            message.replace(place, std::strlen(text), "...");
+    }
+    return message;
 }
+
+// The parser's faults of a private file are told without its text as long as this lives.
+class PrivateFaults {
+public:
+    PrivateFaults() { xmlSetStructuredErrorFunc(nullptr, TakeFault); }
+    ~PrivateFaults() { xmlSetStructuredErrorFunc(nullptr, nullptr); }
+    PrivateFaults(const PrivateFaults&) = delete;
+    PrivateFaults& operator=(const PrivateFaults&) = delete;
+
+private:
+    static void TakeFault(void* /*context*/, xmlErrorPtr fault) {
+        LogError("%s:%d: %s", fault->file != nullptr ? fault->file : "", fault->line, WithoutTexts(*fault));
+    }
+};
 
 } // namespace
 
@@ -71,10 +87,11 @@ std::string File::TargetPath() const {
 }
 
 bool File::ReadDocument(const std::string& path) {
+    std::optional<PrivateFaults> faults;
+    if (private_)
+        faults.emplace();
     document_.reset(xmlParseFile(path.c_str()));
-    if (document_ == nullptr)
-        shell_print_error("%s: failed to parse configuration", name_.c_str());
-    return document_ != nullptr;
+    return document_ != nullptr || Refuse("%s: failed to parse configuration", name_);
 }
 
 bool File::MakeEmptyDocument() {
@@ -82,12 +99,11 @@ bool File::MakeEmptyDocument() {
     xmlNode* root = document_ != nullptr ? xmlNewNode(nullptr, ToXml("unit")) : nullptr;
     if (root != nullptr) {
         xmlDocSetRootElement(document_.get(), root);
-        if (Node(root).NewAttr("name", "%s", name_.c_str()))
+        if (Node(root).NewAttr("name", name_))
             return true;
     }
     document_.reset();
-    shell_print_error("%s: failed to create empty configuration", name_.c_str());
-    return false;
+    return Refuse("%s: failed to create empty configuration", name_);
 }
 
 bool File::Load() {
@@ -98,9 +114,8 @@ bool File::Load() {
         return false;
     context_.reset(xmlXPathNewContext(document_.get()));
     if (context_ == nullptr) {
-        shell_print_error("%s: failed to initialize configuration parser", name_.c_str());
         Close();
-        return false;
+        return Refuse("%s: failed to initialize configuration parser", name_);
     }
     return true;
 }
@@ -115,21 +130,23 @@ bool File::MakeDirectory() const {
     // Another process may have made it in the meantime.
     if (!error && std::filesystem::is_directory(directory, ignored))
         return true;
-    shell_print_error("%s: failed to create configuration directory: %s", directory.c_str(),
-                      error.message().c_str());
-    return false;
+    return Refuse("%s: failed to create configuration directory: %s", directory, error.message());
 }
 
 bool File::Save() {
-    if (!MakeDirectory())
-        return false;
-    const std::string path = TargetPath();
-    if (document_ == nullptr || (private_ && !MakePrivate(path)) ||
-        xmlSaveFormatFileEnc(path.c_str(), document_.get(), "utf-8", 1) == -1) {
-        shell_print_error("%s: failed to write configuration", name_.c_str());
-        return false;
-    }
-    return true;
+    return MakeDirectory() &&
+           (WriteDocument(TargetPath()) || Refuse("%s: failed to write configuration", name_));
+}
+
+bool File::WriteDocument(const std::string& path) const {
+    xmlChar* text = nullptr;
+    int size = 0;
+    if (document_ != nullptr)
+        xmlDocDumpFormatMemoryEnc(document_.get(), &text, &size, "utf-8", 1);
+    const std::unique_ptr<xmlChar, void (*)(void*)> owner(text, [](void* memory) { xmlFree(memory); });
+    return text != nullptr &&
+           WriteSettingsFile(path, {reinterpret_cast<const char*>(text), static_cast<std::size_t>(size)},
+                             private_);
 }
 
 Node File::Root() const {

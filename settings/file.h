@@ -38,12 +38,14 @@ public:
     File(const File&) = delete;
     File& operator=(const File&) = delete;
 
-    // From now on the file is written readable by its owner alone.
+    // From now on the file is written readable by its owner alone, and no fault of it brings its text to the
+    // log.
     void KeepPrivate() { private_ = true; }
 
     // Reads the file; one that can't be read is an empty document in memory.
     [[nodiscard]] bool Load();
-    // Writes the document straight onto the file, making the settings folder if need be.
+    // Writes the document straight onto the file, making the settings folder if need be. On a full disk the
+    // file stays as it was.
     [[nodiscard]] bool Save();
     void Close();
 
@@ -78,6 +80,7 @@ private:
     std::string TargetPath() const;
     bool ReadDocument(const std::string& path);
     bool MakeEmptyDocument();
+    bool WriteDocument(const std::string& path) const;
     bool MakeDirectory() const;
     NodeSet Evaluate(const std::string& expression, Node start) const;
 

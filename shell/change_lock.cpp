@@ -1,6 +1,6 @@
 #include "shell/change_lock.h"
 
-#include "front/helpers/descriptor.h"
+#include "platform/descriptor.h"
 #include "platform/messages.h"
 #include "platform/path_list.h"
 

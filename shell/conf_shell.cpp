@@ -1,3 +1,4 @@
+#include "front/helpers/process.h"
 #include "front/helpers/xml.h"
 #include "platform/input.h"
 #include "platform/log.h"
@@ -122,6 +123,7 @@ bool RunSession(const Request& request) {
 } // namespace
 
 int main(int argc, char** argv) {
+    StartProcess();
     Request request;
     if (!ReadRequest(argc, argv, request)) {
         PrintError("%s", kUsage);
@@ -129,13 +131,14 @@ int main(int argc, char** argv) {
     }
     if (request.help) {
         PrintInfo("%s", kUsage);
-        return 0;
+        return FlushOutput() ? 0 : 1;
     }
     slopen(kProgram, 9, 8);
     TOO::ErrorInit();
     InitCSPShort();
     InitXml();
-    const bool is_done = RunSession(request);
+    bool is_done = RunSession(request);
+    is_done = FlushOutput() && is_done;
     CleanupXml();
     TOO::ErrorFini();
     slclose();

@@ -1,6 +1,6 @@
 #include "shell/history.h"
 
-#include "front/helpers/descriptor.h"
+#include "platform/descriptor.h"
 
 #include <cstdio>
 #include <cstdlib>

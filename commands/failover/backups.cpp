@@ -1,6 +1,6 @@
 #include "commands/failover/backups.h"
 
-#include "front/helpers/descriptor.h"
+#include "platform/descriptor.h"
 #include "platform/guards.h"
 #include "platform/messages.h"
 #include "platform/path_list.h"

@@ -15,17 +15,11 @@ bool ShowFile(lock_tool::FileLock& lock, const std::string& path) {
         return false;
     const bool shown = pager.print_file(path);
     lock.Release();
-    pager.wait();
-    return shown;
+    return pager.wait() && shown;
 }
 
 Report::Report(const char* title, const char* name)
     : title_(title), path_(std::string("/tmp/") + name + "-XXXXXX") {}
-
-Report::~Report() {
-    if (created_)
-        unlink(path_.c_str());
-}
 
 bool Report::ReportFailure(const char* what) const {
     shell_print_error("%s: failed to %s temporary file: %s", title_, what, std::strerror(errno));
@@ -36,7 +30,9 @@ bool Report::Open() {
     const int descriptor = mkostemp(path_.data(), O_CLOEXEC);
     if (descriptor < 0)
         return ReportFailure("create");
-    created_ = true;
+    // Whatever ends the process, no file is left behind. The open file has a name in our process.
+    unlink(path_.c_str());
+    path_ = "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(descriptor);
     stream_.reset(fdopen(descriptor, "w+"));
     if (stream_ != nullptr)
         return true;

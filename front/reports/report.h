@@ -8,14 +8,15 @@
 // What a unit shows to the administrator, page by page, while its settings are locked.
 
 // Shows a file. The pager is waited for behind the lock, so that a reader at its prompt holds up nobody.
+// False when it can't be shown.
 [[nodiscard]] bool ShowFile(lock_tool::FileLock& lock, const std::string& path);
 
-// A report on its way to the pager: a file /tmp/<name>-XXXXXX that goes with this object.
+// A report on its way to the pager: a file that is made as /tmp/<name>-XXXXXX and goes with this object, or
+// with the process.
 class Report {
 public:
     // `title` is the unit's word in messages, "DHCP server".
     Report(const char* title, const char* name);
-    ~Report();
     Report(const Report&) = delete;
     Report& operator=(const Report&) = delete;
 
@@ -25,6 +26,7 @@ public:
     [[nodiscard]] bool Sync();
 
     std::FILE* Out() const { return stream_.get(); }
+    // By which the file can be opened as long as this object lives.
     const std::string& Path() const { return path_; }
 
 private:
@@ -32,6 +34,5 @@ private:
 
     const char* title_;
     std::string path_;
-    bool created_ = false;
     Stream stream_;
 };

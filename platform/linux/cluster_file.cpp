@@ -3,7 +3,7 @@
 #include "files.h"
 #include "ini_text.h"
 
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/network.h"
 #include "platform/path_list.h"
 
@@ -24,8 +24,7 @@ std::vector<Channel> ReadChannels() {
     if (const int error =
             linux_platform::ReadText(path_list::failover_settings, linux_platform::ini_limit, text)) {
         if (error != ENOENT)
-            shell_log_error("%s: failed to read: %s", path_list::failover_settings.c_str(),
-                            std::strerror(error));
+            LogError("%s: failed to read: %s", path_list::failover_settings, std::strerror(error));
         return channels;
     }
     std::size_t ignored = 0; // what is no line of a channel is no matter of ours

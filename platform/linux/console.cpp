@@ -12,7 +12,8 @@ namespace {
 std::string error_prefix;
 
 void PrintLine(std::FILE* stream, const std::string& prefix, const char* format, std::va_list arguments) {
-    std::string text = prefix + linux_platform::FormatText(format, arguments);
+    std::string text =
+        prefix + linux_platform::Harmless(linux_platform::FormatText(format, arguments), "\n\t");
     if (text.empty() || text.back() != '\n')
         text += '\n';
     std::cout.flush();

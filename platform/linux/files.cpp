@@ -7,18 +7,13 @@
 
 namespace linux_platform {
 
-void Descriptor::reset() {
-    if (number_ >= 0)
-        ::close(std::exchange(number_, -1));
-}
-
 Descriptor OpenRegular(const std::string& path) {
     Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status {};
-    if (!file.IsOpen() || ::fstat(file.get(), &status) != 0)
+    if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0)
         return Descriptor();
     if (!S_ISREG(status.st_mode)) {
-        file.reset();
+        file.Reset();
         errno = EINVAL;
     }
     return file;
@@ -50,7 +45,7 @@ int ReadText(const std::string& path, std::size_t limit, std::string& text) {
     std::string content;
     char buffer[16384];
     long count = 0;
-    while ((count = ReadSome(file.get(), buffer, sizeof buffer)) > 0) {
+    while ((count = ReadSome(file.Get(), buffer, sizeof buffer)) > 0) {
         content.append(buffer, static_cast<std::size_t>(count));
         if (content.size() > limit)
             return EFBIG;

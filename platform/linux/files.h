@@ -1,31 +1,12 @@
 #pragma once
 
+#include "platform/descriptor.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace linux_platform {
-
-// Owns an open descriptor.
-class Descriptor {
-public:
-    explicit Descriptor(int number = -1) : number_(number) {}
-    ~Descriptor() { reset(); }
-    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(number_, other.number_);
-        return *this;
-    }
-
-    int get() const { return number_; }
-    bool IsOpen() const { return number_ >= 0; }
-    void reset();
-    int release() { return std::exchange(number_, -1); }
-
-private:
-    int number_;
-};
 
 // Opens a regular file for reading; never waits, whatever stands at the path. When it can't be opened,
 // errno tells why (EINVAL: no regular file).

@@ -3,6 +3,8 @@
 #include "files.h"
 #include "text.h"
 
+#include "platform/settings_file.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -108,6 +110,21 @@ struct TemporaryFile {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
+// In one step: a new file takes the old one's name.
+void WriteBeside(const std::string& place, const std::string& text) {
+    TemporaryFile temporary{place + ".XXXXXX"};
+    const Descriptor file(::mkostemp(temporary.name.data(), O_CLOEXEC));
+    if (!file.IsOpen()) {
+        temporary.renamed = true;
+        ThrowError("failed to create temporary file");
+    }
+    if (!WriteAll(file.Get(), text) || ::fchmod(file.Get(), 0644) != 0 || ::fsync(file.Get()) != 0)
+        ThrowError("failed to write temporary file");
+    temporary.renamed = std::rename(temporary.name.c_str(), place.c_str()) == 0;
+    if (!temporary.renamed)
+        ThrowError("failed to rename temporary file");
+}
+
 } // namespace
 
 const GuardLine* Guard::find(std::string_view path) const {
@@ -155,19 +172,15 @@ void WriteGuard(const std::string& path, const std::vector<GuardLine>& lines) {
     std::string text;
     for (const GuardLine& line : lines)
         text += LineText(line);
-
     const std::string place = ResolveLink(path);
-    TemporaryFile temporary{place + ".XXXXXX"};
-    const Descriptor file(::mkostemp(temporary.name.data(), O_CLOEXEC));
-    if (!file.IsOpen()) {
-        temporary.renamed = true;
-        ThrowError("failed to create temporary file");
+    try {
+        WriteBeside(place, text);
+    } catch (const std::system_error& error) {
+        // A guard is as long as it was when it knows the same files.
+        const bool is_full = error.code().value() == ENOSPC || error.code().value() == EDQUOT;
+        if (!is_full || !WriteSettingsFile(place, text, false))
+            throw;
     }
-    if (!WriteAll(file.get(), text) || ::fchmod(file.get(), 0644) != 0 || ::fsync(file.get()) != 0)
-        ThrowError("failed to write temporary file");
-    temporary.renamed = std::rename(temporary.name.c_str(), place.c_str()) == 0;
-    if (!temporary.renamed)
-        ThrowError("failed to rename temporary file");
 }
 
 } // namespace linux_platform

@@ -27,8 +27,8 @@ struct Guard {
 // A guard that is missing has no lines and is not damaged.
 Guard ReadGuard(const std::string& path);
 
-// Puts the text of the lines in the guard's place in one step; a link is followed. Throws
-// std::system_error, and then the old guard is as it was.
+// Puts the text of the lines in the guard's place in one step, or writes onto it where there is no room for
+// another file; a link is followed. Throws std::system_error, and then the old guard is as it was.
 void WriteGuard(const std::string& path, const std::vector<GuardLine>& lines);
 
 } // namespace linux_platform

@@ -5,7 +5,7 @@
 #include "guard_file.h"
 
 #include "platform/locks.h"
-#include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/path_list.h"
 
 #include <algorithm>
@@ -47,9 +47,9 @@ Files Collect(std::va_list arguments) {
 
 // Nothing when the file does not exist; throws when it can't be read.
 std::optional<std::string> DigestOf(const std::string& path) {
-    const linux_platform::Descriptor file = linux_platform::OpenRegular(path);
+    const Descriptor file = linux_platform::OpenRegular(path);
     if (file.IsOpen())
-        return linux_platform::Sha256Of(file.get());
+        return linux_platform::Sha256Of(file.Get());
     if (errno == ENOENT || errno == ENOTDIR)
         return std::nullopt;
     throw std::system_error(errno, std::generic_category(), path);
@@ -59,7 +59,7 @@ bool Matches(const GuardLine& line) {
     try {
         return DigestOf(line.path) == line.digest;
     } catch (const std::exception& error) {
-        shell_log_error("%s: failed to check: %s", line.path.c_str(), error.what());
+        LogError("%s: failed to check: %s", line.path, error.what());
         return false;
     }
 }
@@ -94,7 +94,7 @@ void UpdateGuard(const std::string& path, int mode, const Files& files) {
     if (mode != kOneFile) {
         guard = linux_platform::ReadGuard(path);
         if (guard.damaged)
-            shell_log_warning("%s: guard is damaged, its readable lines are kept", path.c_str());
+            LogWarning("%s: guard is damaged, its readable lines are kept", path);
     }
     for (const std::string& file : files) {
         if (auto digest = DigestOf(file))
@@ -120,8 +120,7 @@ bool UpdateGuardFile(const char* guard, int mode, ...) {
         UpdateGuard(GuardedName(guard), mode, files);
         return true;
     } catch (const std::exception& error) {
-        shell_log_error("%s: failed to update guard: %s", guard, error.what());
-        return false;
+        return RefuseInLog("%s: failed to update guard: %s", guard, error.what());
     }
 }
 
@@ -138,7 +137,7 @@ bool CheckGuardFile(const char* guard, ...) {
     static_cast<void>(lock.AcquireShared(settings_lock_timeout, true));
     const std::string* file = FindMismatch(guard, files);
     if (file)
-        shell_log_error("%s: the file does not match its guard %s", file->c_str(), guard);
+        LogError("%s: the file does not match its guard %s", *file, guard);
     return !file;
 }
 

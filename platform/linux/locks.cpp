@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <system_error>
 #include <thread>
 #include <unistd.h>
@@ -24,6 +25,12 @@ void LogFailure(const char* what, const std::string& path) {
     errno = error;
 }
 
+// Whoever owns a lock file can hold its lock for as long as he likes.
+bool IsOurs(int descriptor) {
+    struct stat status {};
+    return ::fstat(descriptor, &status) == 0 && (status.st_uid == 0 || status.st_uid == ::geteuid());
+}
+
 int OpenLockFile(const std::string& path) {
     constexpr int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
     int descriptor = ::open(path.c_str(), flags, 0600);
@@ -34,6 +41,12 @@ int OpenLockFile(const std::string& path) {
     }
     if (descriptor < 0)
         LogFailure("open lock file", path);
+    else if (!IsOurs(descriptor)) {
+        ::close(descriptor);
+        descriptor = -1;
+        errno = EPERM;
+        LogError("%s: the lock file belongs to another user", path);
+    }
     return descriptor;
 }
 

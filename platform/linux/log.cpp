@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <optional>
 #include <syslog.h>
 #include <utility>
@@ -15,6 +14,7 @@ using Text = std::string_view;
 
 // A longer line is written in pieces, which the log daemon takes whole.
 constexpr std::size_t line_limit = 8000;
+constexpr std::size_t longest_character = 4; // in UTF-8
 constexpr int default_log_level = LOG_INFO;
 
 struct Name {
@@ -57,28 +57,24 @@ std::optional<int> FindValue(const Name* first, const Name* last, Text name) {
     return row == last ? std::nullopt : std::optional<int>(row->value);
 }
 
-// Control characters as "#" and three octal digits, so that a text can neither begin a line of its own nor
-// command the terminal of whoever reads the log.
-std::string Harmless(Text line) {
-    std::string text;
-    text.reserve(line.size());
-    for (const char character : line) {
-        const auto byte = static_cast<unsigned char>(character);
-        if ((byte >= ' ' || character == '\t') && byte != 0x7f) {
-            text += character;
-            continue;
-        }
-        char octal[5];
-        std::snprintf(octal, sizeof octal, "#%03o", byte);
-        text += octal;
-    }
-    return text;
+// The part of the text that a line takes: no character is cut.
+Text TakePiece(Text text) {
+    if (text.size() <= line_limit)
+        return text;
+    std::size_t end = line_limit;
+    while (end > line_limit - longest_character && (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80)
+        --end;
+    return text.substr(0, end);
 }
 
 void PutLine(int level, Text line) {
-    for (; !line.empty(); line.remove_prefix(std::min(line.size(), line_limit)))
-        ::syslog(LOG_PRI(level), "%s%s", state().prefix.c_str(),
-                 Harmless(line.substr(0, line_limit)).c_str());
+    const std::string text = linux_platform::Harmless(line, "\t");
+    for (Text rest = text; !rest.empty();) {
+        const Text piece = TakePiece(rest);
+        ::syslog(LOG_PRI(level), "%s%.*s", state().prefix.c_str(), static_cast<int>(piece.size()),
+                 piece.data());
+        rest.remove_prefix(piece.size());
+    }
 }
 
 void PutText(int level, const char* format, std::va_list arguments) {

@@ -4,7 +4,7 @@
 #include "spawn.h"
 #include "text.h"
 
-#include "platform/log.h"
+#include "platform/messages.h"
 
 #include <algorithm>
 #include <arpa/inet.h>
@@ -81,8 +81,8 @@ bool IsLabel(std::string_view label) {
 // Runs a program whose complaints are not for the terminal: its caller tells the administrator in the
 // system's own words. False when it fails.
 bool Ask(const std::vector<std::string>& arguments, std::string& output) {
-    const linux_platform::Descriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
-    return linux_platform::CollectProgram(arguments, {-1, -1, nowhere.get()}, output) == 0;
+    const Descriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
+    return linux_platform::CollectProgram(arguments, {-1, -1, nowhere.Get()}, output) == 0;
 }
 
 } // namespace
@@ -164,7 +164,7 @@ std::vector<std::string> get_int_list() {
     const std::unique_ptr<struct if_nameindex, decltype(&::if_freenameindex)> list(::if_nameindex(),
                                                                                    ::if_freenameindex);
     if (!list) {
-        shell_log_error("failed to list the network interfaces: %s", std::strerror(errno));
+        LogError("failed to list the network interfaces: %s", std::strerror(errno));
         return names;
     }
     for (const struct if_nameindex* entry = list.get(); entry->if_index != 0; ++entry)
@@ -185,15 +185,13 @@ std::string ifconfig(const std::string& name) {
 bool set_interface_mtu(const std::string& name, int mtu) {
     ifreq request{};
     if (name.empty() || name.size() >= sizeof request.ifr_name) {
-        shell_log_error("%s: failed to set MTU to %d: no such interface", name.c_str(), mtu);
-        return false;
+        return RefuseInLog("%s: failed to set MTU to %d: no such interface", name, mtu);
     }
     name.copy(request.ifr_name, name.size());
     request.ifr_mtu = mtu;
-    const linux_platform::Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
-    if (!socket.IsOpen() || ::ioctl(socket.get(), SIOCSIFMTU, &request) != 0) {
-        shell_log_error("%s: failed to set MTU to %d: %s", name.c_str(), mtu, std::strerror(errno));
-        return false;
+    const Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    if (!socket.IsOpen() || ::ioctl(socket.Get(), SIOCSIFMTU, &request) != 0) {
+        return RefuseInLog("%s: failed to set MTU to %d: %s", name, mtu, std::strerror(errno));
     }
     return true;
 }
@@ -217,7 +215,7 @@ bool is_service_licensed(const std::string& service) {
     std::string text;
     if (const int error = linux_platform::ReadText(licensed_services, licence_limit, text)) {
         if (error != ENOENT)
-            shell_log_error("%s: failed to read: %s", licensed_services, std::strerror(error));
+            LogError("%s: failed to read: %s", licensed_services, std::strerror(error));
         return error == ENOENT;
     }
     const auto lines = linux_platform::SplitLines(text);

@@ -4,7 +4,7 @@
 #include "spawn.h"
 #include "text.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 
 #include <cerrno>
 #include <charconv>
@@ -63,9 +63,9 @@ int shell_spawn_quiet(const char* program, ...) {
     va_start(list, program);
     const Arguments arguments = Collect(program, list);
     va_end(list);
-    const linux_platform::Descriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
+    const Descriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
     return linux_platform::ExitStatus(
-        linux_platform::RunProgram(arguments, {-1, nowhere.get(), nowhere.get()}));
+        linux_platform::RunProgram(arguments, {-1, nowhere.Get(), nowhere.Get()}));
 }
 
 void shell_end_program() {
@@ -111,7 +111,7 @@ pid_t read_pid(const char* name, bool quiet) {
     std::string text;
     if (const int error = linux_platform::ReadText(path, record_limit, text)) {
         if (!quiet && error != ENOENT)
-            shell_print_error("%s: failed to read: %s", path.c_str(), std::strerror(error));
+            PrintError("%s: failed to read: %s", path, std::strerror(error));
         return 0;
     }
     const std::string_view number = linux_platform::Trim(text);
@@ -120,7 +120,7 @@ pid_t read_pid(const char* name, bool quiet) {
     if (error == std::errc() && end == number.data() + number.size() && pid > 0)
         return pid;
     if (!quiet)
-        shell_print_error("%s: no process ID", path.c_str());
+        PrintError("%s: no process ID", path);
     return 0;
 }
 

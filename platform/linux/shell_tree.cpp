@@ -1,6 +1,6 @@
 #include "platform/shell_tree.h"
 
-#include "platform/console.h"
+#include "platform/messages.h"
 
 #include <algorithm>
 #include <iterator>
@@ -78,13 +78,11 @@ bool TreeNode::parse_tokens(const ShellWords& words, std::size_t next, ShellArgu
     if (next >= words.size()) {
         if (ends_command())
             return action_(arguments);
-        shell_print_error("incomplete command");
-        return false;
+        return Refuse("incomplete command");
     }
     if (TreeNode* const stage = find_stage(words[next]))
         return stage->execute(words[next], arguments, words, next + 1);
-    shell_print_error("unknown or ambiguous: %s", words[next].c_str());
-    return false;
+    return Refuse("unknown or ambiguous: %s", words[next]);
 }
 
 bool Node::execute(const std::string&, ShellArguments& arguments, const ShellWords& words, std::size_t next) {

@@ -46,10 +46,12 @@ public:
     ForegroundSignals(const ForegroundSignals&) = delete;
     ForegroundSignals& operator=(const ForegroundSignals&) = delete;
 
-    // Those that the program must not find ignored.
+    // Those that the program must not find ignored. We ignore what a write may raise.
     sigset_t defaults() const {
         sigset_t set;
         sigemptyset(&set);
+        sigaddset(&set, SIGPIPE);
+        sigaddset(&set, SIGXFSZ);
         for (const Entry& entry : entries_)
             if (entry.previous.sa_handler != SIG_IGN)
                 sigaddset(&set, entry.signal);
@@ -94,6 +96,9 @@ struct SpawnPlan {
         for (int stream = 0; stream < 3; ++stream)
             if (wanted[stream] >= 0)
                 posix_spawn_file_actions_adddup2(&actions, wanted[stream], stream);
+        // Our input holds lines that are not the program's, unless a person types it.
+        if (streams.input < 0 && ::isatty(STDIN_FILENO) == 0)
+            posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         const sigset_t defaults = signals.defaults();
         posix_spawnattr_setsigdefault(&attributes, &defaults);
         sigset_t none;
@@ -159,15 +164,15 @@ int CollectProgram(const std::vector<std::string>& arguments, Streams streams, s
         return -1;
     const Descriptor reader(ends[0]);
     Descriptor writer(ends[1]);
-    streams.output = writer.get();
+    streams.output = writer.Get();
 
     const ForegroundSignals signals;
     const pid_t pid = start(arguments, streams, signals);
     if (pid < 0)
         return -1;
-    writer.reset();
+    writer.Reset();
     char buffer[pipe_size];
-    for (long count = 0; (count = ReadSome(reader.get(), buffer, sizeof buffer)) > 0;) {
+    for (long count = 0; (count = ReadSome(reader.Get(), buffer, sizeof buffer)) > 0;) {
         if (output.size() >= sizeof buffer)
             output.reserve(large_text);
         output.append(buffer, static_cast<std::size_t>(count));

@@ -7,7 +7,8 @@
 
 namespace linux_platform {
 
-// The descriptors that a program gets as its standard streams; -1 leaves it ours.
+// The descriptors that a program gets as its standard streams. -1 leaves it ours, but for an input that is no
+// terminal: then it gets /dev/null.
 struct Streams {
     int input = -1;
     int output = -1;

@@ -5,6 +5,19 @@
 
 namespace linux_platform {
 
+namespace {
+
+// The bytes of the control character that the text begins with, 0 when it begins with none. Those of the
+// upper half are two bytes of UTF-8.
+std::size_t ControlLength(std::string_view text) {
+    const auto byte = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    if (byte(0) < ' ' || byte(0) == 0x7f)
+        return 1;
+    return text.size() > 1 && byte(0) == 0xc2 && byte(1) >= 0x80 && byte(1) < 0xa0 ? 2 : 0;
+}
+
+} // namespace
+
 std::string FormatText(const char* format, std::va_list arguments) {
     const int error = errno;
     std::va_list again;
@@ -29,6 +42,25 @@ std::vector<std::string> SplitLines(std::string_view text) {
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
     return lines;
+}
+
+std::string Harmless(std::string_view text, std::string_view allowed) {
+    std::string harmless;
+    harmless.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const std::size_t size = ControlLength(text.substr(i));
+        if (size == 0 || allowed.find(text[i]) != std::string_view::npos) {
+            harmless += text[i];
+            continue;
+        }
+        for (const char byte : text.substr(i, size)) {
+            char octal[5];
+            std::snprintf(octal, sizeof octal, "#%03o", static_cast<unsigned char>(byte));
+            harmless += octal;
+        }
+        i += size - 1;
+    }
+    return harmless;
 }
 
 std::string_view Trim(std::string_view text) {

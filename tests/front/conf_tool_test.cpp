@@ -108,6 +108,84 @@ TEST_F(ConfToolTest, ProtectRenewsOwnAndSharedGuards) {
     EXPECT_TRUE(support::RunShell("test -L /mnt/dir/b.crg").status == 0);
 }
 
+// The other file's line in each guard tells whether it was kept.
+TEST_F(ConfToolTest, EachGuardIsRenewedInItsOwnWay) {
+    const std::string other = std::string(64, '0') + "  /other\n";
+    const auto files = [](const std::string& guard) {
+        return support::RunShell("cut -c 67- " + guard + " | tr '\\n' ' '").out;
+    };
+    for (const char* file :
+         {"/mnt/dir/a", "/mnt/dir/b", "/mnt/main/etc/syslog.conf", "/mnt/main/etc/http-proxy.conf",
+          "/mnt/main/etc/icap.conf", "/mnt/main/etc/settings/content-filter.xml", "/etc/nut/ups.conf",
+          "/etc/nut/upsmon.conf"})
+        WriteFile(file, file);
+    support::WriteLink("/mnt/link", "/mnt/dir/a"); // a file that is a link, with a guard beside the link
+    support::WriteLink("/mnt/dir/b.crg", "/mnt/dir/shared");
+    const struct {
+        Arguments arguments;
+        std::vector<std::pair<std::string, std::string>> guards; // with the files that they hold then
+    } cases[] = {
+        {{"-p", "/mnt/dir/a"}, {{"/mnt/dir/a.crg", "/mnt/dir/a "}}},
+        {{"-p", "/mnt/dir/../dir/a"}, {{"/mnt/dir/a.crg", "/mnt/dir/a "}}},
+        {{"-p", "/mnt/dir/b"}, {{"/mnt/dir/shared", "/other /mnt/dir/b "}}},
+        {{"-p", "/mnt/link"}, {{"/mnt/link.crg", "/other /mnt/link "}}},
+        {{"-p"},
+         {{"/mnt/main/etc/settings.crg",
+           "/other /mnt/main/etc/local.conf /mnt/main/etc/syslog.conf /mnt/main/etc/common.conf "},
+          {"/mnt/main/etc/http-proxy.conf.crg", "/mnt/main/etc/http-proxy.conf "},
+          {"/mnt/main/etc/icap.conf.crg", "/mnt/main/etc/icap.conf "},
+          {"/mnt/main/etc/settings/content-filter.xml.crg", "/mnt/main/etc/settings/content-filter.xml "},
+          {"/mnt/main/etc/l2overip-config.crg", "/other /mnt/main/etc/l2overip.conf "},
+          {"/etc/nut/nut.crg", "/other /etc/nut/ups.conf /etc/nut/upsmon.conf "}}},
+    };
+    for (const auto& row : cases) {
+        for (const auto& [guard, held] : row.guards)
+            WriteFile(guard, other);
+        EXPECT_EQ(ConfTool(row.arguments).status, 0) << row.guards.front().first;
+        for (const auto& [guard, held] : row.guards)
+            EXPECT_EQ(files(guard), held) << guard;
+    }
+    // A reader may stand between a file and its guard.
+    const auto holder = support::HoldLock("/run/lock/settings.lock", false);
+    const auto before = support::TakeSnapshot();
+    const support::Result refused = ConfTool({"-p", "/mnt/dir/a"});
+    EXPECT_EQ(std::to_string(refused.status) + refused.out + refused.err, "1");
+    support::ExpectUnchanged(before);
+}
+
+TEST_F(ConfToolTest, TakesNothingThatHurtsFromItsCaller) {
+    WriteFile("/mnt/bin/start-stop-daemon", "#!/bin/sh\ntouch /run/foreign\n", 0755);
+    const std::string tool = CONF_TOOL " ";
+    const auto run = [&](const std::string& before, const std::string& behind) {
+        return support::RunShell(before + tool + behind);
+    };
+    ASSERT_EQ(support::RunShell("rm /mnt/main/etc/local.conf*").status, 0);
+    WriteFile("/mnt/main/etc/settings.crg", "");
+    EXPECT_EQ(run("umask 000; ", "-g 0<&- 1>&- 2>&-").status, 0);
+    EXPECT_EQ(support::ModeOf("/mnt/main/etc/local.conf"), 0644U);
+    EXPECT_TRUE(ReadFile("/mnt/main/etc/local.conf").starts_with("CDC-MODEM0_UP"));
+    EXPECT_EQ(run("PATH=/mnt/bin:$PATH ", "-a 'dhcp-server?print'").status, 0);
+    EXPECT_FALSE(Exists("/run/foreign"));
+    // What can't be written is told, and nothing is left behind.
+    const support::Result full = run("", "-a 'dhcp-server?print' > /dev/full");
+    EXPECT_EQ(full.status, 1);
+    EXPECT_EQ(full.err, "failed to write to stream: No space left on device\n");
+    EXPECT_EQ(run("{ sleep 0.3; ", "-a 'dhcp-server?print'; echo $? >&2; } | true").err, "1\n");
+    EXPECT_EQ(support::RunShell("ls /tmp").out, "");
+}
+
+TEST_F(ConfToolTest, GenerationNeverWritesOverWhatItCouldNotRead) {
+    ASSERT_EQ(ConfTool({"-p"}).status, 0);
+    WriteFile("/mnt/main/etc/local.conf", "HOSTNAME gate\n"); // behind the system's back
+    const auto before = support::TakeSnapshot();
+    const support::Result result = ConfTool({"-g"});
+    EXPECT_EQ(result.status, 0);
+    const std::string reason =
+        "not written, as it was not read: /mnt/main/etc/local.conf does not match its guard\n";
+    EXPECT_EQ(result.err, "/mnt/main/etc/local.conf: " + reason + "/mnt/main/etc/common.conf: " + reason);
+    support::ExpectUnchanged(before);
+}
+
 TEST_F(ConfToolTest, ProtectAllStopsAtTheFirstFailure) {
     WriteFile("/mnt/main/etc/local.conf", "HOSTNAME\tgate\n");
     WriteFile("/mnt/main/etc/http-proxy.conf", "x");

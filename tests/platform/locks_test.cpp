@@ -67,6 +67,7 @@ TEST_F(LockTest, WaitsNoLongerThanItMust) {
         EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(900));
         start = Clock::now();
         EXPECT_FALSE(lock.AcquireExclusive(1, true));
+        EXPECT_EQ(errno, EWOULDBLOCK);
         EXPECT_GE(Clock::now() - start, std::chrono::seconds(1));
     }
     auto holder = std::make_unique<Daemon>(HoldLock(kLock, true));
@@ -82,9 +83,19 @@ TEST_F(LockTest, APathThatCantBeLocked) {
     EXPECT_FALSE(FileLock("/run/link").AcquireShared(0, false));
     EXPECT_FALSE(Exists("/run/target"));
     EXPECT_FALSE(FileLock("/run/lock").AcquireExclusive(60, true));
+    EXPECT_EQ(errno, EISDIR);
     EXPECT_EQ(TakeLog(), (std::vector<LogLine>{
                              {3, "/run/link: failed to open lock file: Too many levels of symbolic links"},
                              {3, "/run/lock: failed to open lock file: Is a directory"}}));
+}
+
+TEST_F(LockTest, NobodyElsesLockFileIsTaken) {
+    WriteFile(kLock, "");
+    if (chown(kLock.c_str(), 1000, 1000) != 0)
+        GTEST_SKIP() << "there is no second user here";
+    EXPECT_FALSE(FileLock(kLock).AcquireShared(0, false));
+    EXPECT_EQ(errno, EPERM);
+    EXPECT_EQ(TakeLog(), (std::vector<LogLine>{{3, kLock + ": the lock file belongs to another user"}}));
 }
 
 TEST_F(LockTest, SoftLock) {

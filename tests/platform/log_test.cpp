@@ -21,10 +21,13 @@ TEST_F(LogTest, NobodyCanForgeALine) {
     slopen("test", LOG_PID | LOG_NDELAY, LOG_USER);
     shell_log_info("%s", "first\nsecond\r<3>\x1b[2J\ttab \x7f \xc3\xa4\n");
     slput(LOG_ERR, "%s", std::string(9000, 'x').c_str());
+    slput(LOG_ERR, "%s", ("\xc2\x9b" + std::string(7991, 'x') + "\xc3\xa4").c_str());
     EXPECT_EQ(TakeLog(), (Lines{{6, "first"},
                                 {6, "second#015<3>#033[2J\ttab #177 \xc3\xa4"},
                                 {3, std::string(8000, 'x')},
-                                {3, std::string(1000, 'x')}}));
+                                {3, std::string(1000, 'x')},
+                                {3, "#302#233" + std::string(7991, 'x')},
+                                {3, "\xc3\xa4"}}));
 }
 
 TEST_F(LogTest, EventsComeInPieces) {

@@ -35,6 +35,19 @@ TEST_F(ProcessTest, StatusesAndOutput) {
     EXPECT_EQ(BaseExec::run("kill -9 $$"), 9);
 }
 
+TEST_F(ProcessTest, ProgramsTakeNothingThatIsOurs) {
+    EXPECT_EQ(Capture([] { BaseExec::run("cat"); }, "our next line\n").out, "");
+    sigset_t interrupt, before;
+    sigemptyset(&interrupt);
+    sigaddset(&interrupt, SIGINT);
+    sigprocmask(SIG_BLOCK, &interrupt, &before);
+    std::signal(SIGPIPE, SIG_IGN);
+    EXPECT_EQ(BaseExec::run("kill -INT $$"), SIGINT);
+    EXPECT_EQ(BaseExec::run("kill -PIPE $$"), SIGPIPE);
+    std::signal(SIGPIPE, SIG_DFL);
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+}
+
 TEST_F(ProcessTest, ShellProcessTellsItsError) {
     using List = std::vector<std::string>;
     const auto expect = [](const List& arguments, const char* error, const List& output) {
@@ -65,8 +78,8 @@ TEST_F(ProcessTest, TextsKeepTheirOrder) {
         pager.wait();
         shell_print_warning("%s", "");
     });
-    EXPECT_EQ(joined.out, "stream\ninformation 1\nerror\nplain\nprogram\nits error\nfile\n"
-                          "/run/none: failed to read: No such file or directory\n\n");
+    EXPECT_EQ(joined.out, "stream\ninformation 1\nerror\nplain\nprogram\nits error\n"
+                          "/run/none: failed to read: No such file or directory\nfile\n\n");
 }
 
 TEST_F(ProcessTest, ThePagerDoesNotHoldUpItsWriter) {

@@ -96,6 +96,10 @@ TEST_F(RecordsTest, InterfacesKeepWhatTheFileSays) {
 }
 
 TEST_F(RecordsTest, BadUpValueEndsTheRead) {
+    for (const char* value : {"+1", "-0", "on", "2"}) {
+        WriteProtected(kLocal, std::string("ETH0_UP ") + value + "\n");
+        EXPECT_EQ(Capture([] { static_cast<void>(HostName()); }).err, "ReadConf exception\n") << value;
+    }
     WriteProtected(kLocal, "HOSTNAME first\nETH0_UP on\nHOSTNAME second\n");
     const auto output = Capture([] {
         CConfStruct record(kLocal, true);
@@ -181,13 +185,14 @@ TEST_F(RecordsTest, HeldLocksAreToldAndNothingIsWritten) {
               (LogLine{3, "Lock file '/mnt/main/etc/local.conf.lock' presents, ignore it..."}));
 }
 
-TEST_F(RecordsTest, FullDiskIsLogged) {
+TEST_F(RecordsTest, FullDiskIsLoggedAndLosesNothing) {
     CConfStruct record = Read("HOSTNAME gate\n");
     support::FillDisk("/mnt/main/etc");
     static_cast<void>(TakeLog());
     EXPECT_FALSE(record.Write());
     EXPECT_EQ(TakeLog().front(),
               (LogLine{3, "/mnt/main/etc/local.conf: failed to write: No space left on device"}));
+    EXPECT_EQ(HostName(), "gate");
 }
 
 TEST_F(RecordsTest, CommonRecordWritesAnExistingFile) {

@@ -140,7 +140,8 @@ TEST_F(SettingsTest, LoadAndSaveReportWhatFails) {
     SetDirectory("/mnt/main/etc/settings");
     support::FillDisk("/mnt/main/etc/settings");
     const auto output = Capture([&] { EXPECT_FALSE(file.Save()); });
-    EXPECT_EQ(output.err.substr(output.err.rfind("sample:")), "sample: failed to write configuration\n");
+    EXPECT_EQ(output.err, "sample: failed to write configuration\n");
+    EXPECT_EQ(ReadFile(kPath), kSample);
     EXPECT_EQ(file.Root().GetAttr("name"), "sample");
 }
 
@@ -154,6 +155,17 @@ TEST_F(SettingsTest, PrivateFileIsItsOwnersAlone) {
     other.KeepPrivate();
     ASSERT_TRUE(other.Load() && other.Save());
     EXPECT_EQ(support::ModeOf("/mnt/main/other.xml"), 0600U);
+    // No part of it comes to the log with a fault.
+    (void)TakeLog();
+    WriteFile(kPath, "<unit><user\n secret='12&key;34' secret1<</unit>");
+    static_cast<void>(Capture([&] { EXPECT_FALSE(file.Load()); }));
+    const auto log = TakeLog();
+    ASSERT_FALSE(log.empty());
+    for (const auto& line : log)
+        EXPECT_TRUE(line.text.starts_with(kPath + std::string(":2: ")) &&
+                    line.text.find("key") == std::string::npos &&
+                    line.text.find("secret") == std::string::npos)
+            << line.text;
 }
 
 } // namespace
