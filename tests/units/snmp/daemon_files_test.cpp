@@ -116,8 +116,15 @@ TEST_F(SnmpTest, UnreadableAndUnwritableFiles) {
     const support::Snapshot before = support::TakeSnapshot();
     Generate(false, failure(kMain, "Is a directory"));
     support::ExpectUnchanged(before);
-    WriteFile(kCommon, "<unit>");
+    // Its faults are logged, its secrets are not.
+    WriteFile(kCommon, Replaced(Settings(), "priv_key=\"key-of-amy\"", "priv_key=\"key-of-&amy;\"<"));
+    (void)TakeLog();
     Generate(false, {"", "snmp_common" + no_parse});
+    const std::vector<LogLine> log = TakeLog();
+    EXPECT_FALSE(log.empty());
+    for (const LogLine& line : log)
+        EXPECT_THAT(line.text,
+                    Not(::testing::AnyOf(HasSubstr("amy"), HasSubstr("pass"), HasSubstr("key-of"))));
 }
 
 TEST_F(SnmpTest, LockedSettingsAreNotTaken) {
