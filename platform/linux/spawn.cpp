@@ -171,7 +171,7 @@ int CollectProgram(const std::vector<std::string>& arguments, Streams streams, s
     if (pid < 0)
         return -1;
     writer.Reset();
-    char buffer[pipe_size];
+    static char buffer[pipe_size]; // too much for a small stack
     for (long count = 0; (count = ReadSome(reader.Get(), buffer, sizeof buffer)) > 0;) {
         if (output.size() >= sizeof buffer)
             output.reserve(large_text);
