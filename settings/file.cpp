@@ -90,7 +90,8 @@ bool File::ReadDocument(const std::string& path) {
     std::optional<PrivateFaults> faults;
     if (private_)
         faults.emplace();
-    document_.reset(xmlParseFile(path.c_str()));
+    // Short texts stand in their nodes, which saves an allocation each.
+    document_.reset(xmlReadFile(path.c_str(), nullptr, XML_PARSE_COMPACT));
     return document_ != nullptr || Refuse("%s: failed to parse configuration", name_);
 }
 

@@ -1,6 +1,6 @@
 #include "shell/quiet_list.h"
 
-#include "front/helpers/descriptor.h"
+#include "platform/descriptor.h"
 
 #include <chrono>
 #include <csignal>
