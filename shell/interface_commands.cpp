@@ -24,9 +24,14 @@ constexpr Command kInterfaceCommands[] = {
     {"inet ifconfig <interface> address", "addresses of the interface"},
     {"inet ifconfig <interface> address <address> netmask <netmask>",
      "sets the main address; no other interface, alias or cluster address may stand in its network",
-     kCall<&SetAddress>},
+     [](Text name, Text address, Text netmask) {
+         return CanHostHave(address, netmask) && SetAddress(name, address, netmask);
+     }},
     {"inet ifconfig <interface> address add <address> <netmask>",
-     "adds an alias behind a main address; it counts as an interface of the model's limit", kCall<&AddAlias>},
+     "adds an alias behind a main address; it counts as an interface of the model's limit",
+     [](Text name, Text address, Text netmask) {
+         return CanHostHave(address, netmask) && AddAlias(name, address, netmask);
+     }},
     {"inet ifconfig <interface> address delete <alias> <netmask>", "removes an alias", kCall<&DeleteAlias>},
     {"inet ifconfig <interface> dhcp", "lets DHCP give the address; aliases go, after a question",
      kCall<&SetDhcp>},

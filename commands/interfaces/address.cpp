@@ -24,6 +24,10 @@ bool IsProperNetmask(const std::string& text) {
     return corvanshell::subnetmask_to_cidr(text) > 0;
 }
 
+bool IsGiven(const std::string& text) {
+    return arguments::IsAddress(text) && text != "0.0.0.0";
+}
+
 bool RefuseConfiguration(const std::string& name) {
     return RefuseInLog("<IFCONF>  Command: inet ifconfig: cannot configure interface %s", name);
 }
@@ -119,11 +123,13 @@ bool ChangeSystem(const InterfaceEdit& edit, const Network& network) {
 
 bool ReadNetwork(const std::string& address, const std::string& netmask, Network& network) {
     network = corvanshell::MakeNetwork(address, netmask);
-    return arguments::Check(
-        {{address, arguments::IsAddress, "address"}, {netmask, IsProperNetmask, "netmask"}});
+    return arguments::Check({{address, IsGiven, "address"}, {netmask, IsProperNetmask, "netmask"}});
 }
 
-bool CanHostHave(const Network& network) {
+bool CanHostHave(const std::string& address, const std::string& netmask) {
+    Network network;
+    if (!ReadNetwork(address, netmask, network))
+        return false;
     if (!arguments::IsHostAddress(network.address))
         return Refuse(Tr("%s: loopback, multicast or reserved address"), network.address);
     if (corvanshell::subnetmask_to_cidr(network.netmask) > kLongestPrefixOfNetwork)
@@ -151,8 +157,7 @@ bool IsNetworkFree(const InterfaceEdit& edit, const Network& network, const std:
 bool SetAddress(const std::string& name, const std::string& address, const std::string& netmask) {
     InterfaceEdit edit(name);
     Network network;
-    if (!OpenForChange(edit) || !ReadNetwork(address, netmask, network) || !CanHostHave(network) ||
-        !MayChange(edit, network))
+    if (!OpenForChange(edit) || !ReadNetwork(address, netmask, network) || !MayChange(edit, network))
         return false;
     WarnOfCertificate(edit.entry.address);
     // The client stays stopped, whatever becomes of the rest.

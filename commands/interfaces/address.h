@@ -16,9 +16,10 @@ namespace interfaces {
 [[nodiscard]] bool ReadNetwork(const std::string& address, const std::string& netmask,
                                corvanshell::Network& network);
 
-// Whether an interface can work with the address: no loopback, no multicast, and neither the address nor the
-// broadcast of the network itself. A refusal is told.
-[[nodiscard]] bool CanHostHave(const corvanshell::Network& network);
+// Whether an interface can work with what is typed for it: no loopback, no multicast, and neither the address
+// nor the broadcast of the network itself. A refusal is told. The actions leave it to the shell, so that a
+// script can still set what an earlier system had.
+[[nodiscard]] bool CanHostHave(const std::string& address, const std::string& netmask);
 
 // Whether the network proposed for the interface, as its address or an alias, crosses no other. A refusal is
 // told with `failure`, the sentence of the command.

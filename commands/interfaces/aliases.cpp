@@ -66,8 +66,7 @@ bool AddAlias(const std::string& name, const std::string& address, const std::st
     LogInfo("command: inet ifconfig %s address add %s %s", name, address, netmask);
     InterfaceEdit edit(name);
     Network network;
-    if (!OpenForChange(edit) || !ReadNetwork(address, netmask, network) || !CanHostHave(network) ||
-        !MayAddAlias(edit, network))
+    if (!OpenForChange(edit) || !ReadNetwork(address, netmask, network) || !MayAddAlias(edit, network))
         return false;
     std::string alias;
     if (!RunScript("add", name, network, alias))
