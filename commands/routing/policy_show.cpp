@@ -146,8 +146,7 @@ bool Page(const std::string& text) {
     ShellPager pager;
     std::FILE* const opened = pager.open();
     const bool written = WriteText(text, opened == nullptr ? stdout : opened);
-    pager.wait();
-    return written;
+    return pager.wait() && written;
 }
 
 } // namespace
