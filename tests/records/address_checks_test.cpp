@@ -191,8 +191,11 @@ TEST_F(AddressChecksTest, InterfaceComesUpOnlyWithGoodNetworks) {
                                        "eth2 down 10.2.0.1/31", "eth3 down", "eth4 down 10.4.0.1/24"});
     EXPECT_FALSE(CheckInterfaceUp(record, "eth1") || CheckInterfaceUp(record, "eth2"));
     EXPECT_TRUE(CheckInterfaceUp(record, "eth3") && CheckInterfaceUp(record, "eth4"));
-    WriteFile("/etc/failover.ini", "[channel]\ndevice = eth8\nactiveip = 10.8.0.9/24\n"
-                                   "[channel]\ndevice = eth9\nactiveip = 10.8.0.8/16\n");
+    const std::string reserved = "[channel]\ndevice = eth8\nactiveip = 10.8.0.9/24\n";
+    // Two addresses of one interface may share a network, those of two may not.
+    WriteFile("/etc/failover.ini", reserved + "[channel]\ndevice = eth8:1\nactiveip = 10.8.0.8/24\n");
+    EXPECT_TRUE(CheckInterfaceUp(record, "eth3"));
+    WriteFile("/etc/failover.ini", reserved + "[channel]\ndevice = eth9\nactiveip = 10.8.0.8/16\n");
     EXPECT_EQ(Capture([&] { EXPECT_FALSE(CheckInterfaceUp(record, "eth3")); }).err,
               "failed to check broadcasts crossing: interfaces configured in failover.ini have crossing "
               "networks\n");
