@@ -184,6 +184,16 @@ TEST_F(AddressChecksTest, ClusterFileReservesItsNetworks) {
             "broadcast 10.1.0.255 on interface eth5 crossing with eth1:1 from failover.ini\n";
         EXPECT_EQ(output.err, up ? line + line : line);
     }
+    // Without address and netmask it can't be told, but for a network without a netmask.
+    WriteFile("/etc/failover.ini", "[channel]\ndevice = eth3\nactiveip = /\n");
+    for (const std::string netmask : {"", "255.255.255.0"}) {
+        const auto output = Capture([&] {
+            EXPECT_EQ(FindFailoverCrossing("eth5", "10.1.0.1", "10.1.0.255", netmask),
+                      netmask.empty() ? "" : "eth3");
+        });
+        EXPECT_EQ(output.err,
+                  netmask.empty() ? "" : "eth3: failed to get address or netmask from failover.ini\n");
+    }
 }
 
 TEST_F(AddressChecksTest, InterfaceComesUpOnlyWithGoodNetworks) {
