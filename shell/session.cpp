@@ -1,5 +1,6 @@
 #include "shell/session.h"
 
+#include "front/helpers/process.h"
 #include "front/probes/cluster.h"
 #include "platform/guards.h"
 #include "platform/input.h"
@@ -16,7 +17,6 @@
 #include <cstddef>
 #include <cstdio>
 #include <exception>
-#include <iostream>
 #include <unistd.h>
 
 namespace shell {
@@ -110,9 +110,7 @@ bool Session::Run(const std::string& line, std::size_t number) {
     shell_prefix_errors(number != 0 ? "line " + std::to_string(number) + ": " : "");
     const bool is_done = RunLine(line, number != 0);
     shell_prefix_errors("");
-    std::cout.flush();
-    std::fflush(stdout);
-    return is_done;
+    return FlushOutput() && is_done;
 }
 
 bool Session::RunLine(const std::string& line, bool is_in_script) {

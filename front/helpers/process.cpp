@@ -9,6 +9,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <iostream>
+#include <stdio_ext.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -38,9 +39,10 @@ void StartProcess() {
 }
 
 bool FlushOutput() {
-    std::cout.flush();
-    const bool flushed = std::fflush(stdout) == 0;
-    if (!flushed && errno != EPIPE)
-        PrintError("failed to write to standard output: %s", std::strerror(errno));
-    return flushed && std::ferror(stdout) == 0 && std::cout.good();
+    if (std::fflush(stdout) != 0) { // std::cout holds nothing back itself
+        if (errno != EPIPE)
+            PrintError("failed to write to standard output: %s", std::strerror(errno));
+        __fpurge(stdout); // it is told once
+    }
+    return std::ferror(stdout) == 0 && std::cout.good();
 }
