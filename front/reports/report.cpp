@@ -1,12 +1,11 @@
 #include "front/reports/report.h"
 
+#include "front/helpers/temporary.h"
 #include "platform/console.h"
 #include "platform/pager.h"
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
 #include <unistd.h>
 
 bool ShowFile(lock_tool::FileLock& lock, const std::string& path) {
@@ -27,12 +26,9 @@ bool Report::ReportFailure(const char* what) const {
 }
 
 bool Report::Open() {
-    const int descriptor = mkostemp(path_.data(), O_CLOEXEC);
+    const int descriptor = MakeTemporary(path_);
     if (descriptor < 0)
         return ReportFailure("create");
-    // Whatever ends the process, no file is left behind. The open file has a name in our process.
-    unlink(path_.c_str());
-    path_ = "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(descriptor);
     stream_.reset(fdopen(descriptor, "w+"));
     if (stream_ != nullptr)
         return true;

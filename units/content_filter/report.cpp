@@ -1,5 +1,7 @@
 #include "units/content_filter/report.h"
 
+#include "front/helpers/stream.h"
+#include "front/helpers/temporary.h"
 #include "platform/messages.h"
 #include "platform/processes.h"
 #include "units/content_filter/defaults.h"
@@ -8,9 +10,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
 #include <string_view>
 #include <unistd.h>
 
@@ -74,18 +74,21 @@ void PrintRules(std::FILE* out, const File& file) {
     PrintDefault(out, "default-reply-action", GetDefaultReplyAction(file), "mime-type");
 }
 
-// Makes the file that the pager reads; `path` is the template of its name.
-bool WriteReport(char* path, const File& file) {
-    const int descriptor = mkostemp(path, O_CLOEXEC);
-    std::FILE* out = descriptor >= 0 ? fdopen(descriptor, "w") : nullptr;
+// Makes the file that the pager reads; `path` is the template of its name, and becomes the name.
+Stream WriteReport(std::string& path, const File& file) {
+    const int descriptor = MakeTemporary(path);
+    Stream out(descriptor >= 0 ? fdopen(descriptor, "w") : nullptr);
     if (out == nullptr) {
         if (descriptor >= 0)
             close(descriptor);
-        return Refuse("Unexpected case: can't open %s file for write", path);
+        PrintError("Unexpected case: can't open %s file for write", path);
+        return nullptr;
     }
-    PrintRules(out, file);
-    const bool written = std::ferror(out) == 0;
-    return (std::fclose(out) == 0 && written) || Refuse("%s: failed to write the rules", path);
+    PrintRules(out.get(), file);
+    if (std::fflush(out.get()) == 0 && std::ferror(out.get()) == 0)
+        return out;
+    PrintError("%s: failed to write the rules", path);
+    return nullptr;
 }
 
 } // namespace
@@ -94,10 +97,9 @@ bool ShowRules() {
     File file(kContentFilterUnit, "");
     if (!file.Load())
         return false;
-    char path[] = "/tmp/rules_show_filename_XXXXXX";
-    const bool shown = WriteReport(path, file) && shell_spawn(kTextPager, path, nullptr) == 0;
-    unlink(path);
-    return shown;
+    std::string path = "/tmp/rules_show_filename_XXXXXX";
+    const Stream report = WriteReport(path, file);
+    return report != nullptr && shell_spawn(kTextPager, path.c_str(), nullptr) == 0;
 }
 
 } // namespace settings::content_filter

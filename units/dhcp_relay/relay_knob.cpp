@@ -1,13 +1,12 @@
 #include "units/dhcp_relay/relay_knob.h"
 
 #include "front/helpers/stream.h"
+#include "front/helpers/temporary.h"
 #include "platform/messages.h"
 #include "units/dhcp_relay/rules/lookup.h"
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
 #include <regex.h>
 #include <unistd.h>
 
@@ -49,12 +48,11 @@ private:
     bool compiled_ = false;
 };
 
-Stream MakeTemporary() {
-    char path[] = "/tmp/dhcp-relay-XXXXXX";
-    const int descriptor = mkostemp(path, O_CLOEXEC);
+Stream OpenTemporary() {
+    std::string path = "/tmp/dhcp-relay-XXXXXX";
+    const int descriptor = MakeTemporary(path);
     if (descriptor < 0)
         return nullptr;
-    unlink(path);
     Stream stream(fdopen(descriptor, "w+"));
     if (stream == nullptr)
         close(descriptor);
@@ -123,7 +121,7 @@ bool RemoveRelayKnob(const std::string& id) {
     if (daemon == nullptr)
         return errno == ENOENT || Refuse("DHCP relay: %s: failed to open settings file: %s", kDaemonSettings,
                                          std::strerror(errno));
-    const Stream temporary = MakeTemporary();
+    const Stream temporary = OpenTemporary();
     if (temporary == nullptr)
         return Refuse("DHCP relay %s: failed to create temporary daemon settings file: %s", id,
                       std::strerror(errno));
