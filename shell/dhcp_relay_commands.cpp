@@ -22,11 +22,11 @@ std::string ServerId(const std::string& role) {
     return role == "external" ? kExternalServer : kBackupServer;
 }
 
-bool Show(Text relay) {
+// Before somebody is asked about a relay that is not there.
+bool IsThere(Text relay) {
     const ShellWords relays = ListRelays();
-    if (!relay.empty() && std::find(relays.begin(), relays.end(), relay) == relays.end())
-        return Refuse("DHCP relay %s does not exist", relay);
-    return PrintDhcpRelays(relay);
+    return std::find(relays.begin(), relays.end(), relay) != relays.end() ||
+           Refuse("DHCP relay %s: does not exist", relay);
 }
 
 bool Check(Text relay) {
@@ -35,13 +35,15 @@ bool Check(Text relay) {
 }
 
 bool Erase(Text relay) {
-    return IsRemovalMeant("Remove the relay with its servers and interfaces?") && EraseRelay(relay);
+    return IsThere(relay) && IsRemovalMeant("Remove the relay with its servers and interfaces?") &&
+           EraseRelay(relay);
 }
 
 constexpr Command kCommands[] = {
     {"dhcp-relay", "DHCP relays"},
     {"dhcp-relay show", "state and settings"},
-    {"dhcp-relay show settings [<relay>]", "shows the relays and their state", kCall<&Show>, kShows},
+    {"dhcp-relay show settings [<relay>]", "shows the relays and their state", kCall<&PrintDhcpRelays>,
+     kShows},
     {"dhcp-relay show file", "shows the settings file as it is", kCall<&DumpRelaySettings>, kShows},
     {"dhcp-relay check [<relay>]", "checks the relays, or one, and says nothing when they are good",
      kCall<&Check>, kShows},

@@ -74,7 +74,8 @@ constexpr auto kSetNamed = [](const Area& area, Text name, Text value) {
 };
 
 bool Reset() {
-    return IsRemovalMeant("Remove all settings and leases of the DHCP server?") && ResetDhcpServerSettings();
+    return IsChangePermitted() && IsRemovalMeant("Remove all settings and leases of the DHCP server?") &&
+           ResetDhcpServerSettings();
 }
 
 // The daemon doesn't start with an address that has bits behind the mask.

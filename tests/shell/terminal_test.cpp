@@ -75,6 +75,7 @@ TEST_F(TerminalTest, QuestionsAreAnswered) {
         {"ye" + kAbandon, refusal},
         {"inet route clear\r", question},
         {"y\r", "The static routes have been removed\r\n" + kPrompt},
+        {"dhcp-relay 7 delete\r", "delete\r\nDHCP relay 7: does not exist\r\n" + kPrompt},
     });
 }
 
