@@ -73,6 +73,31 @@ TEST_F(StandInTest, UnreadableStoreIsNoEmptyOne) {
     EXPECT_EQ(support::ReadFile("/etc/quagga/zebra.conf"), saved);
 }
 
+// One rule that stays is a failure, and no reason to keep the others.
+TEST_F(StandInTest, PoliciesGoWholeOrFail) {
+    ASSERT_EQ(Configure("zebra", {"ip rule p 1024", "set blackhole", "exit", "ip rule p 1100",
+                                  "set blackhole", "exit", "ip rule q 1024", "set reject"}),
+              0);
+    Out("mv /usr/bin/vtysh /run/vtysh");
+    support::WriteFile(
+        "/usr/bin/vtysh",
+        "#!/bin/sh\ncase \"$*\" in *'no ip rule p 1024'*) exit 1 ;; esac\nexec /run/vtysh \"$@\"\n", 0755);
+    EXPECT_EQ(RunShell("policy_routing rule_clear_name p").status, 1);
+    EXPECT_EQ(Out("vtysh -c 'show running-config' | grep 'ip rule [pq]'"), "ip rule p 1024\nip rule q 1024\n");
+    Out("mv /run/vtysh /usr/bin/vtysh && policy_routing rule_clear_name p");
+    EXPECT_EQ(Out("vtysh -c 'show running-config' | grep 'ip rule [pq]'"), "ip rule q 1024\n");
+    EXPECT_EQ(RunShell("policy_routing rule_clear_name p").status, 1);
+}
+
+// In a folder where everybody may make files.
+TEST_F(StandInTest, LockFilesAreThereFromTheBeginning) {
+    EXPECT_EQ(Out("cd /run/lock && stat -c '%n %U %a' *.lock"), "critops.lock root 600\n"
+                                                                "dhcp-relay.lock root 600\n"
+                                                                "dhcp-server.lock root 600\n"
+                                                                "settings.lock root 600\n"
+                                                                "snmp.lock root 600\n");
+}
+
 TEST_F(StandInTest, KernelHasWhatIsConfigured) {
     const std::string routes = "ip -4 route show proto zebra";
     ASSERT_EQ(Configure("zebra", {"ip route 10.8.0.0/16 203.0.113.1", "ip route 10.9.0.0/16 172.16.0.1",
