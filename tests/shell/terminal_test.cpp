@@ -76,7 +76,19 @@ TEST_F(TerminalTest, QuestionsAreAnswered) {
         {"inet route clear\r", question},
         {"y\r", "The static routes have been removed\r\n" + kPrompt},
         {"dhcp-relay 7 delete\r", "delete\r\nDHCP relay 7: does not exist\r\n" + kPrompt},
+        {"dhcp-server reset\r", "Remove all settings and leases of the DHCP server? [y/N] "},
+        {"n\r", kPrompt},
+        {"dhcp-relay 1 delete\r", "Remove the relay with its servers and interfaces? [y/N] "},
+        {"\r", kPrompt},
     });
+    EXPECT_NE(RunLine("dhcp-server show settings").out.find("reception-phone"), std::string::npos);
+    EXPECT_EQ(RunLine("dhcp-relay show settings 1").status, 0);
+    shell.Converse({{"dhcp-server reset\r", "[y/N] "},
+                    {"y\r", kPrompt},
+                    {"dhcp-relay 1 delete\r", "[y/N] "},
+                    {"y\r", kPrompt}});
+    EXPECT_EQ(RunLine("dhcp-server show settings").out.find("reception-phone"), std::string::npos);
+    EXPECT_EQ(RunLine("dhcp-relay show settings 1").status, 1);
 }
 
 // What is pasted behind a question's answer is nobody's answer, and is not lost.
@@ -154,8 +166,17 @@ TEST_F(TerminalTest, RemovalsOfferWhatThereIs) {
     for (const char* line :
          {"inet ifconfig eth1 address add 10.9.9.1 24", "inet route add 10.0.0.1 gateway 192.168.1.7",
           "inet policy rule add work 1100 block", "inet policy rule add home 1200 block",
-          "snmp trap-receiver add v2 10.0.0.9 162 udp community public"})
+          "snmp trap-receiver add v2 10.0.0.9 162 udp community public",
+          "dhcp-server interface eth1 delete range 192.168.1.160 192.168.1.199",
+          "dhcp-server interface eth2 delete range 192.168.2.64 192.168.2.254"})
         ASSERT_EQ(RunLine(line).status, 0) << line;
+    // Not every kernel makes VLANs.
+    ASSERT_EQ(support::RunShell("printf 'ETH3.77_VLAN\\t77\\nETH3.77_PARENT\\tETH3\\n' >> "
+                                "/mnt/main/etc/local.conf && conf-tool -p")
+                  .status,
+              0);
+    ASSERT_EQ(support::RunProgram({kShell, "-c", "snmp user add bob sha"}, "not-so-short\n").status, 0);
+    ASSERT_EQ(RunLine("snmp user receiver add bob trap 192.168.1.9 1163 udp").status, 0);
     Terminal shell(kShell);
     shell.Converse({{"", kPrompt}});
     const std::pair<std::string, std::string> cases[] = {
@@ -164,7 +185,11 @@ TEST_F(TerminalTest, RemovalsOfferWhatThereIs) {
         {"inet route delete 10.0.0.1 netmask 32 next-hop ", "192.168.1.7 "},
         {"inet policy rule clear work ", "1100 "},
         {"inet show policy rule home ", "1200 "},
-        {"snmp trap-receiver delete v2 10.0", ".0.9 "}};
+        {"snmp trap-receiver delete v2 10.0", ".0.9 "},
+        {"snmp user receiver delete bob trap 192.", "168.1.9 "},
+        {"inet ifconfig eth3 vlan delete ", "77 "},
+        {"dhcp-server interface eth1 delete range 192.", "168.1.100 "},
+        {"dhcp-server i eth1 delete range 192.168.1.100 192.", "168.1.149 "}};
     for (const auto& [line, rest] : cases)
         shell.Converse({{line + "\t\f", kPrompt + line + rest}, {kAbandon, kPrompt}});
 }
