@@ -3,6 +3,7 @@
 #include "commands/dgd/words.h"
 #include "commands/vtysh/daemon.h"
 #include "commands/vtysh/saved_file.h"
+#include "front/helpers/settings_lock.h"
 #include "platform/path_list.h"
 
 #include <algorithm>
@@ -74,7 +75,7 @@ bool DgdConfig::Load() {
     lock_tool::FileLock lock(path_list::settings_lock);
     Lines logging;
     Lines configuration;
-    if (!Took(vtysh::LockSettings(lock)) || (running && !Ask("show logging", logging)) ||
+    if (!Took(LockForChange(lock)) || (running && !Ask("show logging", logging)) ||
         !AskConfiguration(configuration))
         return false;
     if (running)
@@ -126,7 +127,7 @@ bool DgdConfig::Change(const std::vector<std::string>& parts) {
     if (has_refused_)
         return false;
     lock_tool::FileLock lock(path_list::settings_lock);
-    if (!Took(vtysh::LockSettings(lock) && vtysh::Configure(vtysh::kDgdd, parts)))
+    if (!Took(LockForChange(lock) && vtysh::Configure(vtysh::kDgdd, parts)))
         return false;
     lock.Release(); // the loading takes it itself
     return Load();

@@ -4,6 +4,7 @@
 #include "commands/routing/policy_checks.h"
 #include "commands/routing/policy_show.h"
 #include "commands/vtysh/daemon.h"
+#include "front/helpers/settings_lock.h"
 #include "front/probes/cluster.h"
 #include "platform/messages.h"
 #include "platform/path_list.h"
@@ -32,7 +33,7 @@ std::string PolicyLine(const std::string& part) {
 // Runs a line under the settings lock. False when the lock is refused.
 bool RunLocked(const std::string& line, int& status) {
     lock_tool::FileLock lock(path_list::settings_lock);
-    if (!vtysh::LockSettings(lock))
+    if (!LockForChange(lock))
         return false;
     std::string output;
     status = corvanshell::run(line.c_str(), output);

@@ -6,6 +6,7 @@
 #include "commands/routing/policy_items.h"
 #include "commands/routing/tables.h"
 #include "commands/vtysh/daemon.h"
+#include "front/helpers/settings_lock.h"
 #include "front/helpers/text.h"
 #include "front/probes/cluster.h"
 #include "platform/messages.h"
@@ -100,7 +101,7 @@ bool MakeItem(const Command& command, std::string& item) {
 //     -c "write file"
 bool SendLocked(const Command& command, const std::string& item, const ItemFormat& failure,
                 lock_tool::FileLock& lock) {
-    return vtysh::LockSettings(lock) &&
+    return LockForChange(lock) &&
            (vtysh::Configure(vtysh::kPolicies, {RuleHeader(command.name, command.priority), item}) ||
             Fail(command, failure, command.value));
 }

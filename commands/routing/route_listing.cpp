@@ -1,6 +1,7 @@
 #include "commands/routing/route_listing.h"
 
 #include "commands/routing/tables.h"
+#include "front/helpers/settings_lock.h"
 #include "platform/messages.h"
 #include "platform/path_list.h"
 
@@ -50,7 +51,7 @@ private:
 // The lines above a table's routes. None when the settings lock is not granted.
 Lines FormatHeading(const std::string& number) {
     lock_tool::FileLock lock(path_list::settings_lock);
-    if (!vtysh::LockSettings(lock))
+    if (!LockForChange(lock))
         return {};
     return {corvanshell::WrapStr("Table " + number + " (" + GetTableName(number) + ")", kLineWidth), kHeader,
             kRule};

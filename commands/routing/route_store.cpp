@@ -3,6 +3,7 @@
 #include "commands/arguments/arguments.h"
 #include "commands/routing/config_routes.h"
 #include "commands/vtysh/daemon.h"
+#include "front/helpers/settings_lock.h"
 #include "platform/path_list.h"
 #include "platform/processes.h"
 
@@ -149,7 +150,7 @@ bool RouteStore::DeleteRoute(const std::string& destination, const StaticRoute& 
 bool RouteStore::DeleteTableRoute(const std::string& destination, const StaticRoute& route,
                                   const std::string& table) {
     lock_tool::FileLock lock(path_list::settings_lock);
-    return HasLock() && vtysh::LockSettings(lock) && SendDelete(destination, route, table);
+    return HasLock() && LockForChange(lock) && SendDelete(destination, route, table);
 }
 
 bool RouteStore::DeleteFound(const Routes& found) {

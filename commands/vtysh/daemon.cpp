@@ -1,7 +1,5 @@
 #include "commands/vtysh/daemon.h"
 
-#include "platform/messages.h"
-#include "platform/path_list.h"
 #include "platform/processes.h"
 
 #include <unistd.h>
@@ -66,13 +64,6 @@ bool ConfigureQuietly(const Daemon& daemon, const std::string& part) {
 bool AskSaved(const Daemon& daemon, Lines& lines) {
     lines.clear();
     return access(daemon.file, F_OK) != 0 || Ask(std::string("cat ") + daemon.file, lines);
-}
-
-bool LockSettings(lock_tool::FileLock& lock) {
-    if (lock.AcquireExclusive(settings_lock_timeout, true))
-        return true;
-    LogWarning("config is locked by another process, please try again");
-    return false;
 }
 
 bool Contains(const std::string& text, std::string_view part) {

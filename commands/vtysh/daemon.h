@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/locks.h"
-
 #include <string>
 #include <string_view>
 #include <vector>
@@ -51,10 +49,6 @@ std::string ConfigureLine(const Daemon& daemon, const std::vector<std::string>& 
 
 // What `cat` shows of the saved configuration: nothing when there is none yet. False when it fails.
 [[nodiscard]] bool AskSaved(const Daemon& daemon, Lines& lines);
-
-// Takes the settings lock for a change or a listing. False, with a warning in the log, when it is not
-// granted. A record of settings takes the same lock to read, so none may be read while this is held.
-[[nodiscard]] bool LockSettings(lock_tool::FileLock& lock);
 
 bool Contains(const std::string& text, std::string_view part);
 

@@ -8,5 +8,6 @@
 // To read settings. A refusal is told on the terminal, and errno tells it as well.
 [[nodiscard]] bool LockForReading(lock_tool::FileLock& lock);
 
-// To change them. A refusal is told in the log.
+// To change them, or to ask a daemon that changes with them. A refusal is told in the log. A record takes the
+// same lock to read, so none may be read while this is held.
 [[nodiscard]] bool LockForChange(lock_tool::FileLock& lock);
