@@ -171,6 +171,11 @@ TEST_F(ConfToolTest, TakesNothingThatHurtsFromItsCaller) {
     EXPECT_EQ(full.status, 1);
     EXPECT_EQ(full.err, "failed to write to stream: No space left on device\n");
     EXPECT_EQ(run("{ sleep 0.3; ", "-a 'dhcp-server?print'; echo $? >&2; } | true").err, "1\n");
+    // A reader who stands still holds up nobody.
+    WriteFile("/mnt/main/etc/settings/dhcp-server.xml",
+              "<unit name='dhcp-server'><!--" + std::string(1 << 20, '.') + "--></unit>\n");
+    const std::string reader = "{ head -c1 >&2; flock -n /run/lock/dhcp-server.lock echo free; cat >&2; }";
+    EXPECT_EQ(run("", "-a 'dhcp-server?dump' | " + reader).out, "free\n");
     EXPECT_EQ(support::RunShell("ls /tmp").out, "");
 }
 
