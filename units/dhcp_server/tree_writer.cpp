@@ -45,7 +45,9 @@ bool WriteSubnet(TreeWriter& writer, const Area& parent, Node node) {
     Area& area = texts.is_listen ? static_cast<Area&>(local) : remote;
     area.Bind(texts.is_listen ? writer.memory.LevelOf(local) : writer.memory.LevelOf(remote));
     const bool passed = !writer.daemon_form || CheckSubnet(writer, parent, area, node, texts);
-    return WriteBlock(writer, "subnet " + texts.address + " netmask " + texts.netmask, area) && passed;
+    const std::string pair = texts.address + " netmask " + texts.netmask;
+    // The block of a pair that can't be is left out whole.
+    return CheckValue(writer, "subnet", pair) && WriteBlock(writer, "subnet " + pair, area) && passed;
 }
 
 // The daemon's host block, in which the client's addresses are lines of their own.

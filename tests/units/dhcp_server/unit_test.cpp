@@ -123,6 +123,11 @@ TEST_F(DhcpServerUnitTest, CheckReportsEveryFault) {
                       "/: relay interface does not correspond to any listen interface\n"
                       ":: incorrect address format of subnet address: \n"
                       ":: incorrect address format of subnet netmask: \n"},
+        {"<subnet address='10.0.0.0 {}' netmask='255.0.0.0'><interface "
+         "type='listen'>eth9</interface></subnet>",
+         "eth9: unconfigured listen interface is unsupported\n"
+         ":: incorrect address format of subnet address: 10.0.0.0 {}\n"
+         "subnet: the value would be more than a value to the daemon\n"},
         // Texts that would be statements of their own, or two values; of a shell in the last two.
         {Subnet1(
              "<option name='domain-name'>a\"; deny unknown-clients; #</option><option num='200' type='ascii'>"
