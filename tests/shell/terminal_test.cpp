@@ -47,6 +47,8 @@ TEST_F(TerminalTest, LinesAreRememberedAndAbandoned) {
             {"web certificate none" + kAbandon + "\f", kPrompt},
             {"web bad\r", "wrong word"},
             {"", kPrompt},
+            {"web " + std::string(1100, 'x') + "\r", "wrong word"}, // what nobody has typed
+            {"", kPrompt},
             {"inet ping 127.0.0.1\r", "bytes from"},
             {kAbandon, kPrompt},
             {kUp + kUp + kUp + "\f", kPrompt + "web port 8080"},
@@ -56,10 +58,16 @@ TEST_F(TerminalTest, LinesAreRememberedAndAbandoned) {
     }
     EXPECT_EQ(ReadFile(kHistory), "web port 8080\nweb bad\ninet ping 127.0.0.1\n");
     EXPECT_EQ(support::ModeOf(kHistory), 0600u);
+    EXPECT_EQ(support::ModeOf("/var/lib/conf-shell"), 0700u);
+    ASSERT_EQ(support::RunShell("mv /var/lib/conf-shell/history /run/elsewhere && ln -s /run/elsewhere " +
+                                std::string(kHistory))
+                  .status,
+              0);
     Terminal shell(kShell);
     shell.Converse(
         {{"", kPrompt}, {kUp + kUp + "\f", kPrompt + "web bad"}, {kAbandon + "exit\r", "exit\r\n"}});
     EXPECT_EQ(shell.Wait(), 0);
+    EXPECT_FALSE(ReadFile("/run/elsewhere").ends_with("exit\n")); // a link leads to nobody else's file
 }
 
 TEST_F(TerminalTest, QuestionsAreAnswered) {

@@ -106,6 +106,24 @@ TEST_F(TreeTest, EveryHeadingIsSeen) {
         EXPECT_TRUE(is_seen) << heading;
 }
 
+// What it holds would be gone in the midst of it.
+TEST_F(TreeTest, ACommandOutlivesItsTree) {
+    Node root;
+    auto held = std::make_shared<int>();
+    const std::weak_ptr<int> is_there = held;
+    root.add(std::make_unique<Node>()).set_action([&root, is_there, held = std::move(held)](const auto&) {
+        for (int i = 0; i < 2; ++i) {
+            root.clean();
+            root.add(std::make_unique<Node>());
+        }
+        return !is_there.expired();
+    });
+    ShellArguments none;
+    EXPECT_TRUE(root.parse_tokens({"word"}, 0, none));
+    root.drop_cleaned();
+    EXPECT_TRUE(is_there.expired());
+}
+
 // A row could have another one's action.
 TEST_F(TreeTest, EveryCommandIsPlayedInASession) {
     std::vector<ShellWords> lines;
