@@ -28,6 +28,9 @@ private:
     int descriptor_ = -1;
 };
 
+// From now on this process waits for no such lock: each is tried once.
+void NeverWait();
+
 } // namespace lock_tool
 
 namespace POSIX_File {

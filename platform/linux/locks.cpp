@@ -18,6 +18,8 @@ namespace {
 
 constexpr std::chrono::milliseconds poll_interval{10};
 
+bool may_wait = true;
+
 // The error is still the caller's behind it.
 void LogFailure(const char* what, const std::string& path) {
     const int error = errno;
@@ -80,7 +82,7 @@ bool FileLock::Acquire(int operation, long timeout, bool wait) {
     if (descriptor_ < 0)
         return false;
     const auto start = Clock::now();
-    const std::chrono::seconds patience(wait ? timeout : 0);
+    const std::chrono::seconds patience(wait && may_wait ? timeout : 0);
     while (::flock(descriptor_, operation | LOCK_NB) != 0) {
         if (errno != EWOULDBLOCK && errno != EINTR)
             LogFailure("lock", path_);
@@ -94,6 +96,10 @@ bool FileLock::Acquire(int operation, long timeout, bool wait) {
         return false;
     }
     return true;
+}
+
+void NeverWait() {
+    may_wait = false;
 }
 
 } // namespace lock_tool

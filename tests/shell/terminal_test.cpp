@@ -165,7 +165,8 @@ TEST_F(TerminalTest, NamesAreCompletedToThemselves) {
     });
     // Nobody waits for a lock at a key, and nothing is said of it.
     const support::Daemon holder = support::HoldLock("/run/lock/settings.lock", true);
-    shell.Converse({{kAbandon + "inet ifconfig et\t", ""}, {kAbandon + "web show\r", "protocol: http"}});
+    shell.Converse({{kAbandon + "inet ifconfig et\t\f", kPrompt + "inet ifconfig eth"}, // the system's own
+                    {kAbandon + "web show\r", "protocol: http"}});
     EXPECT_EQ(shell.Screen().find("lock"), std::string::npos);
 }
 
