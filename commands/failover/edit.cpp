@@ -103,9 +103,11 @@ bool EditGuarded() {
 bool EditConfig() {
     LogInfo("command failover config edit");
     lock_tool::FileLock lock(corvanshell::kClusterEditLock);
-    return lock.AcquireExclusive(0, false)
-               ? EditGuarded()
-               : Refuse(Tr("%s is being edited already"), path_list::failover_settings);
+    if (lock.AcquireExclusive(0, false))
+        return EditGuarded();
+    return errno == EWOULDBLOCK
+               ? Refuse(Tr("%s is being edited already"), path_list::failover_settings)
+               : Refuse(Tr("%s can't be locked: %s"), corvanshell::kClusterEditLock, std::strerror(errno));
 }
 
 } // namespace failover

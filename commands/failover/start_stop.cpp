@@ -6,6 +6,9 @@
 #include "platform/path_list.h"
 #include "platform/processes.h"
 
+#include <cerrno>
+#include <cstring>
+
 namespace failover {
 namespace {
 
@@ -38,8 +41,10 @@ constexpr const char* kRouterLogs[] = {
 bool Run(const Control& control) {
     lock_tool::FileLock lock(path_list::critops_lock);
     if (!lock.AcquireExclusive(0, false))
-        return Refuse(Tr("cannot run '%s' because another critical operation has been running"),
-                      control.command);
+        return errno == EWOULDBLOCK
+                   ? Refuse(Tr("cannot run '%s' because another critical operation has been running"),
+                            control.command)
+                   : Refuse(Tr("%s can't be locked: %s"), path_list::critops_lock, std::strerror(errno));
     const int status = shell_spawn(kProgram, control.arguments[0], control.arguments[1], nullptr);
     return status != kNotStarted || Refuse(Tr("failed to run %s"), kProgram);
 }

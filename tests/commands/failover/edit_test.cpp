@@ -45,6 +45,10 @@ TEST_F(ClusterEditTest, Edits) {
         const support::Daemon other = support::HoldLock(corvanshell::kClusterEditLock, true);
         PlayEdit("rm $1   # while another edit is open");
     }
+    ASSERT_EQ(unlink(corvanshell::kClusterEditLock), 0);
+    ASSERT_EQ(mkdir(corvanshell::kClusterEditLock, 0755), 0);
+    PlayEdit("rm $1   # no lock can be had");
+    ASSERT_EQ(rmdir(corvanshell::kClusterEditLock), 0);
     // The file may be a link to another file system.
     ASSERT_EQ(support::RunShell("mkdir /run/far && mv " + kClusterFile +
                                 " /run/far && ln -s /run/far/failover.ini " + kClusterFile)

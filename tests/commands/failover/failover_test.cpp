@@ -26,6 +26,10 @@ TEST_F(ClusterCommandsTest, StartAndStop) {
         const support::Daemon holder = support::HoldLock(path_list::critops_lock, true);
         PlayControls("   # locked");
     }
+    ASSERT_EQ(rename(path_list::critops_lock.c_str(), "/run/critops"), 0);
+    ASSERT_EQ(mkdir(path_list::critops_lock.c_str(), 0755), 0);
+    Type({"failover stop   # no lock can be had"});
+    ASSERT_EQ(rmdir(path_list::critops_lock.c_str()), 0);
     const auto start = [&](const std::string& why, const std::string& text) {
         WriteCluster(text);
         Type({"failover start   # " + why});
