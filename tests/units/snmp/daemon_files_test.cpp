@@ -227,6 +227,14 @@ TEST_F(SnmpClusterTest, ContextsWithoutAPlaceFailNothing) {
     WriteFile(kCommon, "<unit><agent v3_mode='on'/></unit>");
     Generate(true, {"", "Failed to set mode\nFailed to add node 10.9.0.10\nFailed to add node 10.9.0.9\n"
                         "Couldn't find /unit/agent/cluster path\n"});
+    WriteFile(kCommon, Settings());
+    WriteFile("/etc/failover.ini", "[sendconfig]\nactiveip = 10.9.0.11\ndevice = v0\n");
+    support::FillDisk("/mnt/main/etc/settings");
+    std::string failures;
+    for (int i = 0; i < 5; ++i) // the erasing, the mode, two nodes, the community
+        failures += "snmp_common: failed to write configuration\nFailed to write to config file\n";
+    Generate(true, {"", failures});
+    EXPECT_EQ(ReadFile(kCommon), Settings());
 }
 
 // The state is left of a cluster that is no more.
