@@ -13,7 +13,10 @@ using namespace settings::content_filter;
 using Text = const std::string&;
 
 bool ShowMode() {
-    PrintInfo("content filter is %s", IsContentFilterOn() ? "on" : "off");
+    settings::File file(kContentFilterUnit, "");
+    if (!file.Load())
+        return false;
+    PrintInfo("content filter is %s", IsContentFilterOn(file) ? "on" : "off");
     return true;
 }
 

@@ -2,15 +2,12 @@
 #include "settings/file.h"
 #include "shell/families.h"
 #include "shell/removal.h"
-#include "shell/values.h"
 #include "units/dhcp_relay/daemon_settings.h"
 #include "units/dhcp_relay/report.h"
 #include "units/dhcp_relay/rules/listen_interfaces.h"
 #include "units/dhcp_relay/rules/lookup.h"
 #include "units/dhcp_relay/rules/servers.h"
 #include "units/dhcp_relay/unit.h"
-
-#include <algorithm>
 
 namespace shell {
 namespace {
@@ -24,9 +21,8 @@ std::string ServerId(const std::string& role) {
 
 // Before somebody is asked about a relay that is not there.
 bool IsThere(Text relay) {
-    const ShellWords relays = ListRelays();
-    return std::find(relays.begin(), relays.end(), relay) != relays.end() ||
-           Refuse("DHCP relay %s: does not exist", relay);
+    settings::File file(kDhcpRelayUnit, "");
+    return file.Load() && (FindRelay(file, relay) || Refuse("DHCP relay %s: does not exist", relay));
 }
 
 bool Check(Text relay) {

@@ -5,14 +5,15 @@
 #include "shell/values.h"
 #include "units/dhcp_server/hosts.h"
 #include "units/dhcp_server/list_options.h"
+#include "units/dhcp_server/model/area.h"
 #include "units/dhcp_server/model/gates.h"
+#include "units/dhcp_server/model/paths.h"
 #include "units/dhcp_server/report.h"
 #include "units/dhcp_server/reset.h"
 #include "units/dhcp_server/single_options.h"
 #include "units/dhcp_server/subnets.h"
 #include "units/dhcp_server/unit.h"
 
-#include <algorithm>
 #include <memory>
 #include <sstream>
 
@@ -87,10 +88,9 @@ bool AddRemoteSubnet(Text network, Text netmask, Text interface) {
 }
 
 bool EraseKnownHost(Text name) {
-    const ShellWords hosts = ListHostNames();
-    if (std::find(hosts.begin(), hosts.end(), name) == hosts.end())
-        return Refuse("host %s does not exist", name);
-    return EraseHost(Host(name));
+    settings::File file(kDhcpServerUnit, "");
+    return file.Load() && (SelectIn(Host(name), file) || Refuse("host %s does not exist", name)) &&
+           EraseHost(Host(name));
 }
 
 constexpr Command kCommands[] = {

@@ -5,11 +5,13 @@
 #include "units/snmp/agent_settings.h"
 #include "units/snmp/cluster_settings.h"
 #include "units/snmp/communities.h"
+#include "units/snmp/settings_access.h"
 #include "units/snmp/trapsinks.h"
 #include "units/snmp/unit.h"
 #include "units/snmp/users.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace shell {
 namespace {
@@ -21,9 +23,20 @@ bool IsAmong(const std::vector<std::string>& names, Text name) {
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
+// No value, reported, when the settings can't be read.
+std::optional<bool> HasUser(Text name) {
+    SettingsFile file(kCommonUnit);
+    if (!LoadSettings(file))
+        return std::nullopt;
+    const std::vector<UserEntry> users = ListUserEntries(file);
+    return std::any_of(users.begin(), users.end(),
+                       [&](const UserEntry& entry) { return entry.user.name == name; });
+}
+
 // Two of one name could not be told apart.
 bool IsUserFree(Text name) {
-    return !IsAmong(ListUserNames(), name) || Refuse("user %s already exists", name);
+    const std::optional<bool> has_user = HasUser(name);
+    return has_user && (!*has_user || Refuse("user %s already exists", name));
 }
 
 bool IsCommunityFree(Text name) {
@@ -32,7 +45,8 @@ bool IsCommunityFree(Text name) {
 
 // Before somebody types a secret for a user who is not there.
 bool IsUserThere(Text name) {
-    return IsAmong(ListUserNames(), name) || Refuse("user %s does not exist", name);
+    const std::optional<bool> has_user = HasUser(name);
+    return has_user && (*has_user || Refuse("user %s does not exist", name));
 }
 
 bool AddUserWithPassword(Text name, Text auth_type) {
