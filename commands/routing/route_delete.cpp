@@ -138,17 +138,18 @@ bool RemoveTwins(const Removal& removal) {
                             Tr("Routes have been successfully deleted"));
 }
 
-bool DeleteTo(const RouteWords& typed, bool of_all_tables) {
+bool DeleteTo(const RouteWords& typed, bool of_that_table_alone) {
     if (!Begin(typed))
         return false;
     LogInfo("Command: inet route delete %s", typed.destination);
     RouteStore store;
     Routes found = store.FindRoutes(typed.destination);
-    if (!of_all_tables && !found.empty()) {
-        if (!CheckTableRoutes(typed.table) || !CheckTableExists(typed.table) || !CheckTableName(typed))
-            return false;
+    if (!found.empty() && (!CheckTableRoutes(typed.table) || !CheckTableExists(typed.table)))
+        return false;
+    if (of_that_table_alone && !found.empty() && !CheckTableName(typed))
+        return false;
+    if (of_that_table_alone)
         std::erase_if(found, [&](const auto& entry) { return entry.second.table != typed.table; });
-    }
     if (found.empty())
         return Refuse(Tr("There is no static route to %s"), typed.destination);
     return RemoveFound({found, [&] { return store.DeleteFound(found); }},
@@ -205,12 +206,12 @@ std::string FormatRouteDeleteLog(const std::string& destination, const std::stri
 }
 
 bool RouteDeleteTo(const std::string& destination, const std::string& table) {
-    return DeleteTo({destination, "", "", table, ""}, table == kMainTable);
+    return DeleteTo({destination, "", "", table, ""}, false);
 }
 
 bool RouteDeleteOfTable(const std::string& destination, const std::string& table,
                         const std::string& table_name) {
-    return DeleteTo({destination, "", "", table, table_name}, false);
+    return DeleteTo({destination, "", "", table, table_name}, true);
 }
 
 bool RouteDeleteMasked(const std::string& destination, const std::string& netmask, const std::string& table,

@@ -8,7 +8,7 @@ namespace routing {
 // number, "254" where the command names no table; `table_name` is "" when it wasn't typed. The last route of
 // a table takes the table with it, unless a policy rule needs the table: then the route stays.
 
-// The routes to the destination; with "254", where no table is named, those of every table.
+// The routes to the destination, those of every table; another table than "254" must be there and hold routes.
 [[nodiscard]] bool RouteDeleteTo(const std::string& destination, const std::string& table);
 // Those of the table that is named, the main one too.
 [[nodiscard]] bool RouteDeleteOfTable(const std::string& destination, const std::string& table,
