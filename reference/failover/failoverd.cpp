@@ -5,6 +5,7 @@
 // is known whether it is.
 
 #include "reference/failover/node.h"
+#include "reference/failover/processes.h"
 
 #include <chrono>
 #include <csignal>
@@ -39,6 +40,7 @@ pid_t Guard(int& life) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
         return -1;
+    const pid_t daemon = getpid();
     const pid_t guard = fork();
     if (guard == 0) {
         close(ends[1]);
@@ -46,6 +48,8 @@ pid_t Guard(int& life) {
         char byte = 0;
         while (read(ends[0], &byte, 1) > 0) {
         }
+        if (ReadPid(kPidFile) != daemon)
+            _exit(0); // another one has followed it
         DropAddresses();
         const bool written = WriteState(kStopped);
         unlink(kPidFile);

@@ -21,6 +21,8 @@ namespace {
 constexpr const char* kClusterFile = "/etc/failover.ini";
 constexpr const char* kStateFile = "/var/spool/corvan/failoverstat";
 constexpr const char* kAdverts = "/usr/sbin/keepalived";
+constexpr const char* kAdvertsPid = "/run/failover/keepalived.pid";
+constexpr const char* kAdvertsChildPid = "/run/failover/vrrp.pid";
 constexpr const char* kConnections = "/usr/sbin/conntrackd";
 // Only a connection that began here, or that the other node has told of, is let through.
 constexpr const char* kGate =
@@ -90,8 +92,11 @@ bool Node::Begin() {
         return Complain("failed to write the settings");
     if (cluster_.sync_connections && !BeginSynchronization())
         return false;
+    // It would not run beside another one.
+    for (const char* const pid_file : {kAdvertsPid, kAdvertsChildPid})
+        EndLeftOver(pid_file, kAdverts);
     adverts_ = Start({kAdverts, "--dont-fork", "--vrrp", "--dont-respawn", "--use-file", kAdvertsFile,
-                      "--pid", "/run/failover/keepalived.pid", "--vrrp_pid", "/run/failover/vrrp.pid"});
+                      "--pid", kAdvertsPid, "--vrrp_pid", kAdvertsChildPid});
     return adverts_ > 0 || Complain("failed to start keepalived");
 }
 

@@ -2,6 +2,8 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -57,6 +59,23 @@ void End(pid_t child) {
     }
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
+}
+
+pid_t ReadPid(const char* path) {
+    std::ifstream file(path);
+    pid_t pid = -1;
+    return file >> pid ? pid : -1;
+}
+
+void EndLeftOver(const char* pid_file, const char* program) {
+    const pid_t pid = ReadPid(pid_file);
+    const std::string link = "/proc/" + std::to_string(pid) + "/exe";
+    std::error_code gone;
+    const auto runs = [&] { return pid > 0 && std::filesystem::read_symlink(link, gone) == program; };
+    for (int look = 0; look < 2 * kPatience && runs(); ++look) {
+        kill(pid, look < kPatience ? SIGTERM : SIGKILL);
+        usleep(50000);
+    }
 }
 
 } // namespace reference::failover

@@ -14,5 +14,9 @@ pid_t Start(const Arguments& arguments);
 bool Run(const Arguments& arguments);
 // Ends a child, in good order if it can be had in time.
 void End(pid_t child);
+// The process that a file names; -1 when there is no such file.
+pid_t ReadPid(const char* path);
+// Ends what a killed predecessor has left: the process that the file names, as long as it runs that program.
+void EndLeftOver(const char* pid_file, const char* program);
 
 } // namespace reference::failover
